@@ -1,0 +1,29 @@
+#!/usr/bin/env bash
+# Main job: set up, build, and compile the demo show of real photos into out/demo/
+# (demo.swf plus index.html that plays it in the self-hosted Ruffle player).
+set -euo pipefail
+cd "$(dirname "$0")/.."
+bash scripts/setup.sh
+BUILD=${QUILLET_BUILD:-build}
+cmake -S . -B "$BUILD" -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo >/dev/null
+cmake --build "$BUILD" -j"$(nproc)" --target quillet
+QUILLET="$BUILD/src/quillet"
+
+OUT=out/demo
+mkdir -p "$OUT/ruffle"
+cp node_modules/@ruffle-rs/ruffle/*.js node_modules/@ruffle-rs/ruffle/*.wasm "$OUT/ruffle/"
+
+"$QUILLET" show demo/demo.qpj
+"$QUILLET" export demo/demo.qpj -o "$OUT/demo.swf"
+"$QUILLET" info "$OUT/demo.swf" | head -n 8
+sed -e 's/@MOVIE@/demo.swf/' -e 's/@WIDTH@/640/' -e 's/@HEIGHT@/480/' demo/page.html > "$OUT/index.html"
+
+# A look at the movie as Ruffle plays it, one frame a second.
+if [ -f tests/e2e/lib/ruffle-shoot.mjs ]; then
+  node tests/e2e/lib/ruffle-shoot.mjs --movie "$OUT/demo.swf" --width 640 --height 480 \
+    --times 1000,3000,5000,8000,12000,16000,20000 --out "$OUT/frames" >/dev/null &&
+    echo "demo: screenshots in $OUT/frames"
+fi
+
+echo "demo: wrote $OUT/demo.swf and $OUT/index.html"
+echo "demo: to watch it, run: python3 -m http.server --directory $OUT 8000  and open http://127.0.0.1:8000/"
