@@ -1,0 +1,53 @@
+// Overlay effects: a sprite played on top of a slide while it is shown
+// (particles, an aged-film look, a strobe). The base class is the effect
+// "None". Each effect is defined once per movie and placed for every slide
+// that uses it, so characterId records the definition in the movie being written.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace quillet {
+
+class OverlayEffect {
+public:
+    OverlayEffect();                        // name "None"
+    explicit OverlayEffect(std::string name);  // a "None" effect under another name ("" for new slides)
+    virtual ~OverlayEffect();
+
+    const std::string& name() const { return name_; }
+    void SetName(std::string name) { name_ = std::move(name); }
+
+    // Sprite id once defined in the movie being written; 0 before.
+    uint16_t characterId = 0;
+
+    // A fresh default object of the same class.
+    virtual std::unique_ptr<OverlayEffect> Create() const;
+    // True for "None" and every other effect that draws nothing.
+    virtual bool IsNone() const { return true; }
+
+private:
+    std::string name_;
+};
+
+// The prototypes in registry order (not sorted): "None", "Bubbles",
+// "Fireworks", "Hearts", "Old Movie", "Snow", "Strobe".
+class OverlayEffectRegistry {
+public:
+    static const OverlayEffectRegistry& instance();
+    size_t count() const { return prototypes_.size(); }
+    const OverlayEffect* At(size_t index) const;                 // null when out of range
+    const OverlayEffect* Find(const std::string& name) const;    // exact name
+
+private:
+    OverlayEffectRegistry();
+    std::vector<std::unique_ptr<OverlayEffect>> prototypes_;
+};
+
+// A fresh effect of the named class; an unknown name gives "None".
+std::unique_ptr<OverlayEffect> MakeOverlayEffect(const std::string& name);
+
+}  // namespace quillet
