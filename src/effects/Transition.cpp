@@ -1,0 +1,140 @@
+#include "effects/Transition.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+
+#include "effects/NameCompare.h"
+#include "xml/XmlReader.h"
+#include "xml/XmlWriter.h"
+
+namespace quillet {
+
+Transition::Transition() = default;
+
+Transition::Transition(std::string name, bool placesSlides)
+    : name_(std::move(name)), placesSlides_(placesSlides) {}
+
+Transition::~Transition() = default;
+
+void Transition::SetDuration(uint32_t ms) {
+    if (ms == duration_) return;
+    duration_ = ms;
+    // A listener may remove itself while being told, so walk a copy.
+    const auto listeners = listeners_;
+    for (const auto& entry : listeners)
+        if (entry.second) entry.second(*this);
+}
+
+size_t Transition::AddListener(Listener listener) {
+    const size_t token = nextListenerToken_++;
+    listeners_.emplace_back(token, std::move(listener));
+    return token;
+}
+
+void Transition::RemoveListener(size_t token) {
+    std::erase_if(listeners_, [token](const auto& entry) { return entry.first == token; });
+}
+
+void Transition::CopyFrom(const Transition& source) {
+    placesSlides_ = source.placesSlides_;
+    name_ = source.name_;
+    duration_ = source.duration_;
+}
+
+std::unique_ptr<Transition> Transition::Clone() const {
+    auto copy = std::make_unique<Transition>();
+    copy->CopyFrom(*this);
+    return copy;
+}
+
+void Transition::ResetOptions() {}
+
+std::unique_ptr<Transition> Transition::CreateInstance() const {
+    // "None" has no options to carry over: the reader gets a fresh object.
+    return std::make_unique<Transition>();
+}
+
+void Transition::ReadOptions(const XmlNode& element) {}
+
+void Transition::WriteOptions(XmlWriter& writer) const {}
+
+std::vector<TransitionOption> Transition::Options() const { return {}; }
+
+double Transition::OptionValue(size_t index) const { return 0; }
+
+bool Transition::SetOptionValue(size_t index, double value) { return false; }
+
+int Transition::FrameCount(float fps) const {
+    return static_cast<int>(static_cast<double>(duration_) * 0.001 * static_cast<double>(fps) + 0.5);
+}
+
+std::string Transition::Label() const {
+    // "None" is instantaneous whatever duration it carries.
+    const double seconds = name_ == "None" ? 0.0 : duration_ / 1000.0;
+    char buf[320];
+    std::snprintf(buf, sizeof buf, "Transition: %s (%0.2f sec)", name_.c_str(), seconds);
+    return buf;
+}
+
+// ---------------------------------------------------------------------------
+
+const Transition* TransitionRegistry::At(int index) const {
+    if (index < 0 || static_cast<size_t>(index) >= prototypes_.size()) return nullptr;
+    return prototypes_[static_cast<size_t>(index)].get();
+}
+
+const Transition* TransitionRegistry::Find(const std::string& name) const {
+    for (const auto& prototype : prototypes_)
+        if (EqualsNoCase(prototype->name(), name)) return prototype.get();
+    return nullptr;
+}
+
+const Transition* TransitionRegistry::Random() const {
+    if (prototypes_.empty()) return nullptr;
+    const int draw = std::rand() % static_cast<int>(prototypes_.size());
+    return prototypes_[draw < 0 ? 0 : static_cast<size_t>(draw)].get();
+}
+
+void TransitionRegistry::Add(std::unique_ptr<Transition> prototype) {
+    if (!prototype) return;
+    auto it = std::find_if(prototypes_.begin(), prototypes_.end(), [&](const auto& entry) {
+        return CompareNames(entry->name(), prototype->name()) > 0;
+    });
+    prototypes_.insert(it, std::move(prototype));
+}
+
+const TransitionRegistry& TransitionRegistry::instance() {
+    static const TransitionRegistry registry = [] {
+        TransitionRegistry r;
+        r.Populate();
+        return r;
+    }();
+    return registry;
+}
+
+// ---------------------------------------------------------------------------
+
+void WriteTransition(XmlWriter& writer, const Transition& transition) {
+    writer.write("<transition");
+    writer.attribute("name", transition.name());
+    writer.attribute("duration", static_cast<unsigned>(transition.duration()));
+    transition.WriteOptions(writer);
+    writer.write(" />\n");
+}
+
+std::unique_ptr<Transition> ReadTransition(const XmlNode& element) {
+    if (!element) return nullptr;
+    std::string name;
+    if (!element.readString("name", name)) return nullptr;
+    const Transition* prototype = TransitionRegistry::instance().Find(name);
+    if (!prototype) return nullptr;
+    std::unique_ptr<Transition> transition = prototype->CreateInstance();
+    if (!transition) return nullptr;
+    uint32_t duration = 0;
+    if (element.readUnsigned("duration", duration)) transition->SetDuration(duration);
+    transition->ReadOptions(element);
+    return transition;
+}
+
+}  // namespace quillet

@@ -1,0 +1,7 @@
+#include "effects/transitions/BlindsIn.h"
+
+namespace quillet {
+
+BlindsInTransition::BlindsInTransition() : TransitionClass("Blinds In") {}
+
+}  // namespace quillet

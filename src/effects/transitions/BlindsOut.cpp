@@ -1,0 +1,7 @@
+#include "effects/transitions/BlindsOut.h"
+
+namespace quillet {
+
+BlindsOutTransition::BlindsOutTransition() : TransitionClass("Blinds Out") {}
+
+}  // namespace quillet

@@ -1,0 +1,13 @@
+// "Blinds Out": venetian blinds close over the outgoing slide and open again onto the incoming one.
+#pragma once
+
+#include "effects/transitions/Blinds.h"
+
+namespace quillet {
+
+class BlindsOutTransition : public TransitionClass<BlindsOutTransition, BlindsTransition> {
+public:
+    BlindsOutTransition();
+};
+
+}  // namespace quillet

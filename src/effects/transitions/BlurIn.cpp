@@ -1,0 +1,7 @@
+#include "effects/transitions/BlurIn.h"
+
+namespace quillet {
+
+BlurInTransition::BlurInTransition() : TransitionClass("Blur In") {}
+
+}  // namespace quillet

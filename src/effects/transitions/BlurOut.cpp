@@ -1,0 +1,7 @@
+#include "effects/transitions/BlurOut.h"
+
+namespace quillet {
+
+BlurOutTransition::BlurOutTransition() : TransitionClass("Blur Out") {}
+
+}  // namespace quillet

@@ -1,0 +1,13 @@
+// "Blur Out": the outgoing slide blurs away, uncovering the incoming one.
+#pragma once
+
+#include "effects/transitions/OptionKit.h"
+
+namespace quillet {
+
+class BlurOutTransition : public TransitionClass<BlurOutTransition> {
+public:
+    BlurOutTransition();
+};
+
+}  // namespace quillet

@@ -1,0 +1,7 @@
+#include "effects/transitions/CircularSweepOn.h"
+
+namespace quillet {
+
+CircularSweepOnTransition::CircularSweepOnTransition() : TransitionClass("Circular Sweep On") {}
+
+}  // namespace quillet

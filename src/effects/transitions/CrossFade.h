@@ -1,0 +1,13 @@
+// "Cross Fade": the incoming slide fades in while the outgoing one fades out.
+#pragma once
+
+#include "effects/transitions/OptionKit.h"
+
+namespace quillet {
+
+class CrossFadeTransition : public TransitionClass<CrossFadeTransition> {
+public:
+    CrossFadeTransition();
+};
+
+}  // namespace quillet

@@ -1,0 +1,13 @@
+// "Cross Scale": the outgoing slide shrinks away while the incoming one grows in.
+#pragma once
+
+#include "effects/transitions/OptionKit.h"
+
+namespace quillet {
+
+class CrossScaleTransition : public TransitionClass<CrossScaleTransition> {
+public:
+    CrossScaleTransition();
+};
+
+}  // namespace quillet

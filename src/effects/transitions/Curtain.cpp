@@ -1,0 +1,7 @@
+#include "effects/transitions/Curtain.h"
+
+namespace quillet {
+
+CurtainTransition::CurtainTransition() : TransitionClass("Curtain") {}
+
+}  // namespace quillet

@@ -1,0 +1,7 @@
+#include "effects/transitions/FadeIn.h"
+
+namespace quillet {
+
+FadeInTransition::FadeInTransition() : TransitionClass("Fade In") {}
+
+}  // namespace quillet

@@ -1,0 +1,13 @@
+// "Fade In": the incoming slide fades in over the unchanged outgoing one.
+#pragma once
+
+#include "effects/transitions/OptionKit.h"
+
+namespace quillet {
+
+class FadeInTransition : public TransitionClass<FadeInTransition> {
+public:
+    FadeInTransition();
+};
+
+}  // namespace quillet

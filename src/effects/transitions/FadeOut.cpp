@@ -1,0 +1,7 @@
+#include "effects/transitions/FadeOut.h"
+
+namespace quillet {
+
+FadeOutTransition::FadeOutTransition() : TransitionClass("Fade Out") {}
+
+}  // namespace quillet

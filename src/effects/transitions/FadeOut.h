@@ -1,0 +1,13 @@
+// "Fade Out": a copy of the outgoing slide fades out above the incoming one.
+#pragma once
+
+#include "effects/transitions/OptionKit.h"
+
+namespace quillet {
+
+class FadeOutTransition : public TransitionClass<FadeOutTransition> {
+public:
+    FadeOutTransition();
+};
+
+}  // namespace quillet

@@ -1,0 +1,13 @@
+// "Page Flip": the outgoing slide turns over like a page.
+#pragma once
+
+#include "effects/transitions/OptionKit.h"
+
+namespace quillet {
+
+class PageFlipTransition : public TransitionClass<PageFlipTransition> {
+public:
+    PageFlipTransition();
+};
+
+}  // namespace quillet

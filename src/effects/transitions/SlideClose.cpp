@@ -1,0 +1,9 @@
+#include "effects/transitions/SlideClose.h"
+
+#include "effects/transitions/KeywordTables.h"
+
+namespace quillet {
+
+SlideCloseTransition::SlideCloseTransition() : TransitionClass("Slide Close", kSlideCloseDirection) {}
+
+}  // namespace quillet

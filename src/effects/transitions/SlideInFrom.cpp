@@ -1,0 +1,7 @@
+#include "effects/transitions/SlideInFrom.h"
+
+namespace quillet {
+
+SlideInFromTransition::SlideInFromTransition() : TransitionClass("Slide In From", "Start") {}
+
+}  // namespace quillet

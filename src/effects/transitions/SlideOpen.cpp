@@ -1,0 +1,9 @@
+#include "effects/transitions/SlideOpen.h"
+
+#include "effects/transitions/KeywordTables.h"
+
+namespace quillet {
+
+SlideOpenTransition::SlideOpenTransition() : TransitionClass("Slide Open", kSlideCloseDirection) {}
+
+}  // namespace quillet

@@ -1,0 +1,7 @@
+#include "effects/transitions/SlideOutTo.h"
+
+namespace quillet {
+
+SlideOutToTransition::SlideOutToTransition() : TransitionClass("Slide Out To", "End") {}
+
+}  // namespace quillet

@@ -1,0 +1,7 @@
+#include "effects/transitions/SpinIn.h"
+
+namespace quillet {
+
+SpinInTransition::SpinInTransition() : TransitionClass("Spin In") {}
+
+}  // namespace quillet

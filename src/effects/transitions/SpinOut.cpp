@@ -1,0 +1,7 @@
+#include "effects/transitions/SpinOut.h"
+
+namespace quillet {
+
+SpinOutTransition::SpinOutTransition() : TransitionClass("Spin Out") {}
+
+}  // namespace quillet

@@ -1,0 +1,9 @@
+#include "effects/transitions/ZoomOut.h"
+
+#include "effects/transitions/KeywordTables.h"
+
+namespace quillet {
+
+ZoomOutTransition::ZoomOutTransition() : TransitionClass("Zoom Out", kZoomDirection) {}
+
+}  // namespace quillet
