@@ -1,0 +1,68 @@
+// Reads existing movies (plain "FWS" or compressed "CWS") into a header and a
+// list of tag objects; tags we do not interpret are kept as raw tags that
+// write back their bytes unchanged. Used to copy template movies into a show
+// (with ids moved by OffsetIds) and by `quillet info`.
+//
+// Malformed input (truncated data, wrong lengths, absurd counts, unknown
+// signatures) is refused with a reason; nothing is read outside the data.
+//
+//   SwfReader r;
+//   if (!r.ReadFile(path)) { print(r.Error()); }
+//   for (auto& tag : r.Tags()) ...
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "swf/SwfTag.h"
+#include "swf/SwfWriter.h"
+
+namespace quillet {
+
+// Where a top-level tag sat in the (uncompressed) movie.
+struct SwfTagLocation {
+    uint16_t code = 0;
+    uint64_t offset = 0;      // of the tag header, in the uncompressed movie
+    uint32_t headerLength = 2;  // 2 or 6
+    uint32_t bodyLength = 0;
+};
+
+class SwfReader {
+public:
+    // Largest uncompressed movie accepted (the length field is checked against it).
+    static constexpr uint64_t kMaxMovieBytes = uint64_t(1) << 31;
+
+    // Reads a file; a compressed one is first expanded through ExpandSwf into
+    // "_xxswfxx__.bin" in a private temporary folder, which is removed again.
+    bool ReadFile(const std::string& path);
+    // Reads a movie held in memory (either signature).
+    bool ReadMemory(const uint8_t* data, size_t size);
+
+    const std::string& Error() const { return error_; }
+    const SwfHeader& Header() const { return header_; }
+    std::vector<std::unique_ptr<SwfTag>>& Tags() { return tags_; }
+    const std::vector<std::unique_ptr<SwfTag>>& Tags() const { return tags_; }
+    const std::vector<SwfTagLocation>& Locations() const { return locations_; }
+    // Hands the tags over (the reader is left without them).
+    std::vector<std::unique_ptr<SwfTag>> TakeTags();
+
+private:
+    bool ReadUncompressed(const uint8_t* data, size_t size);
+    bool Fail(const std::string& reason);
+
+    SwfHeader header_;
+    std::vector<std::unique_ptr<SwfTag>> tags_;
+    std::vector<SwfTagLocation> locations_;
+    std::string error_;
+};
+
+// Parses a sequence of tags (a movie body or a sprite's timeline) from `in`
+// until an End tag or the end of the data. Appends to `tags` (and `locations`
+// when given, offsets relative to `baseOffset`). False with the reason in
+// `in` on malformed data.
+bool ReadSwfTags(SwfInput& in, std::vector<std::unique_ptr<SwfTag>>& tags,
+                 std::vector<SwfTagLocation>* locations = nullptr, uint64_t baseOffset = 0);
+
+}  // namespace quillet

@@ -1,0 +1,23 @@
+// Every tag class in one include.
+#pragma once
+
+#include "swf/SwfTag.h"
+#include "swf/tags/AssetTags.h"
+#include "swf/tags/ButtonTags.h"
+#include "swf/tags/ControlTags.h"
+#include "swf/tags/DebuggerTags.h"
+#include "swf/tags/DefineMorphShapeTag.h"
+#include "swf/tags/DefineShapeTag.h"
+#include "swf/tags/DefineSpriteTag.h"
+#include "swf/tags/DoActionTag.h"
+#include "swf/tags/FontTags.h"
+#include "swf/tags/FrameLabelTag.h"
+#include "swf/tags/JpegTags.h"
+#include "swf/tags/LosslessTags.h"
+#include "swf/tags/PlaceObject2Tag.h"
+#include "swf/tags/PlaceObjectTag.h"
+#include "swf/tags/RemoveObjectTags.h"
+#include "swf/tags/SetBackgroundColorTag.h"
+#include "swf/tags/SoundTags.h"
+#include "swf/tags/TextTags.h"
+#include "swf/tags/VideoTags.h"
