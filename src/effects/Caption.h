@@ -57,7 +57,9 @@ CaptionEffectKind CaptionEffectFromName(const std::string& name);
 
 // The packed `font` attribute that the reader also accepts:
 // "FACE,SIZE[,bold][,italic]" - the face name, the point size, then optional
-// flags in any order ("Times New Roman,18,bold"). Missing parts keep the caption's values.
+// flags in any order, any case ("Times New Roman,18,bold"). An empty face or a
+// missing or non-numeric size keeps the caption's value; bold and italic are
+// on exactly when named. Blanks around the parts are ignored.
 std::string PackCaptionFont(const Caption& caption);
 void UnpackCaptionFont(const std::string& packed, Caption& caption);
 

@@ -26,6 +26,9 @@ public:
 
     // A fresh default object of the same class.
     virtual std::unique_ptr<OverlayEffect> Create() const;
+    // A fresh object of the same class under this object's name (a slide's
+    // copy: ids of a movie being written are not carried over).
+    std::unique_ptr<OverlayEffect> Clone() const;
     // True for "None" and every other effect that draws nothing.
     virtual bool IsNone() const { return true; }
 
@@ -47,7 +50,8 @@ private:
     std::vector<std::unique_ptr<OverlayEffect>> prototypes_;
 };
 
-// A fresh effect of the named class; an unknown name gives "None".
+// A fresh effect of the named class; an unknown name gives "None". The empty
+// name (a new slide's effect) gives an unnamed "None", so it saves as it was read.
 std::unique_ptr<OverlayEffect> MakeOverlayEffect(const std::string& name);
 
 }  // namespace quillet

@@ -1,0 +1,58 @@
+#include "effects/OverlayEffect.h"
+
+#include "effects/overlays/Bubbles.h"
+#include "effects/overlays/Fireworks.h"
+#include "effects/overlays/Hearts.h"
+#include "effects/overlays/OldMovie.h"
+#include "effects/overlays/Snow.h"
+#include "effects/overlays/Strobe.h"
+
+namespace quillet {
+
+OverlayEffect::OverlayEffect() : name_("None") {}
+
+OverlayEffect::OverlayEffect(std::string name) : name_(std::move(name)) {}
+
+OverlayEffect::~OverlayEffect() = default;
+
+std::unique_ptr<OverlayEffect> OverlayEffect::Create() const { return std::make_unique<OverlayEffect>(); }
+
+std::unique_ptr<OverlayEffect> OverlayEffect::Clone() const {
+    std::unique_ptr<OverlayEffect> copy = Create();
+    copy->SetName(name_);
+    return copy;
+}
+
+OverlayEffectRegistry::OverlayEffectRegistry() {
+    // Menu order, not sorted.
+    prototypes_.push_back(std::make_unique<OverlayEffect>());
+    prototypes_.push_back(std::make_unique<BubblesEffect>());
+    prototypes_.push_back(std::make_unique<FireworksEffect>());
+    prototypes_.push_back(std::make_unique<HeartsEffect>());
+    prototypes_.push_back(std::make_unique<OldMovieEffect>());
+    prototypes_.push_back(std::make_unique<SnowEffect>());
+    prototypes_.push_back(std::make_unique<StrobeEffect>());
+}
+
+const OverlayEffectRegistry& OverlayEffectRegistry::instance() {
+    static const OverlayEffectRegistry registry;
+    return registry;
+}
+
+const OverlayEffect* OverlayEffectRegistry::At(size_t index) const {
+    return index < prototypes_.size() ? prototypes_[index].get() : nullptr;
+}
+
+const OverlayEffect* OverlayEffectRegistry::Find(const std::string& name) const {
+    for (const auto& prototype : prototypes_)
+        if (prototype->name() == name) return prototype.get();
+    return nullptr;
+}
+
+std::unique_ptr<OverlayEffect> MakeOverlayEffect(const std::string& name) {
+    if (name.empty()) return std::make_unique<OverlayEffect>(std::string());
+    if (const OverlayEffect* prototype = OverlayEffectRegistry::instance().Find(name)) return prototype->Create();
+    return std::make_unique<OverlayEffect>();
+}
+
+}  // namespace quillet
