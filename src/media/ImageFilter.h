@@ -19,6 +19,10 @@ struct FilterOption {
     int controlId = 1001;            // the value control
     std::vector<std::string> items;  // for lists, in index order
     double defaultValue = 0;
+    // Additions beyond the panel's own description:
+    int labelId = 1000;              // the static label's control id
+    std::string attribute;           // XML attribute; empty when the value is not saved
+    double minValue = 0, maxValue = 0;  // accepted range (list: 0..items-1)
 };
 
 class ImageFilter {
@@ -36,6 +40,9 @@ public:
     // Get/set an option by index (the order of Options()); for the panel and the command line.
     virtual double OptionValue(size_t index) const { return 0; }
     virtual void SetOptionValue(size_t index, double value) {}
+    // The panel's "apply": stores the value (clamped to the option's range)
+    // and returns true when it differs from what was there.
+    bool ChangeOptionValue(size_t index, double value);
 
 protected:
     explicit ImageFilter(std::string name) : name_(std::move(name)) {}

@@ -74,7 +74,8 @@ int displayedHeight(const SlideImage& image);
 void FitSlideImage(SlideImage& image, int stageWidth, int stageHeight, int originX = 0, int originY = 0);
 // Normalises and clamps the rectangle, stores it and refits. Returns true when
 // the rectangle had to be corrected.
-bool SetCropRect(SlideImage& image, CropRect rect, int stageWidth, int stageHeight);
+bool SetCropRect(SlideImage& image, CropRect rect, int stageWidth, int stageHeight, int originX = 0,
+                 int originY = 0);
 // Folds the corner record back into rotation and flip values.
 void NormaliseOrientation(SlideImage& image);
 // The crop rectangle in the picture's own (unrotated, unflipped) coordinates.
@@ -87,6 +88,8 @@ void SetFlipVertical(SlideImage& image, bool on);
 void SetFlipHorizontal(SlideImage& image, bool on);
 // 16.16 scale of the bitmap fill for one axis (see the image types).
 int32_t BitmapFillScale(const SlideImage& image, bool horizontal);
+// 16.16 scale of the "jpeg_external" placeholder clip: displayed size over natural size.
+int32_t ExternalJpegScale(const SlideImage& image, bool horizontal);
 
 // Range checks of the picture panel. Each returns an empty string when the
 // value is acceptable, else the message to show.

@@ -1,0 +1,138 @@
+#include <gtest/gtest.h>
+
+#include <sstream>
+
+#include "media/ImageFilter.h"
+#include "xml/XmlReader.h"
+#include "xml/XmlWriter.h"
+
+namespace quillet {
+namespace {
+
+std::string writeFilter(const ImageFilter& f) {
+    std::ostringstream out;
+    XmlWriter w;
+    w.open(out);
+    WriteFilterElement(w, f);
+    std::string text = out.str();
+    // Drop the wrapper's start tag written by open().
+    return text.substr(text.find("<filter"));
+}
+
+// Writes the filter and reads it back through the project file's path.
+std::unique_ptr<ImageFilter> roundTrip(const ImageFilter& f) {
+    XmlReader reader;
+    EXPECT_TRUE(reader.loadBuffer("<root>" + writeFilter(f) + "</root>")) << reader.error();
+    return ReadFilterElement(reader.documentElement().firstChild());
+}
+
+TEST(FilterRegistry, HoldsTheTwentyFiltersInPanelOrder) {
+    const char* names[] = {"Add Noise", "Black & White", "Blur",        "Brightness/Contrast", "Despeckle",
+                           "Edge",      "Emboss",        "Gaussian Blur", "Grayscale",         "Implode",
+                           "Median",    "Motion Blur",   "Oil Paint",   "Raise Borders",       "Reduce Noise",
+                           "Sepia",     "Shade",         "Sharpen",     "Solarize",            "Swirl"};
+    const auto& r = ImageFilterRegistry::instance();
+    ASSERT_EQ(r.count(), 20u);
+    for (size_t i = 0; i < 20; ++i) {
+        EXPECT_EQ(r.at(i)->name(), names[i]);
+        auto clone = r.create(names[i]);
+        ASSERT_TRUE(clone);
+        EXPECT_EQ(clone->name(), names[i]);
+    }
+    EXPECT_EQ(r.at(20), nullptr);
+    EXPECT_EQ(r.create("blur"), nullptr);  // exact names only
+}
+
+TEST(FilterRegistry, ElementsAsWrittenWithDefaults) {
+    const auto& r = ImageFilterRegistry::instance();
+    auto text = [&](const char* name) { return writeFilter(*r.find(name)); };
+    EXPECT_EQ(text("Add Noise"), "<filter name=\"Add Noise\" type=\"gaussian\" />\n");
+    EXPECT_EQ(text("Black & White"), "<filter name=\"Black &amp; White\" threshold=\"100\" />\n");
+    EXPECT_EQ(text("Blur"), "<filter name=\"Blur\" />\n");
+    EXPECT_EQ(text("Brightness/Contrast"), "<filter name=\"Brightness/Contrast\" brightness=\"0\" contrast=\"0\" />\n");
+    EXPECT_EQ(text("Edge"), "<filter name=\"Edge\" radius=\"1\" />\n");
+    EXPECT_EQ(text("Gaussian Blur"), "<filter name=\"Gaussian Blur\" radius=\"5\" />\n");
+    EXPECT_EQ(text("Implode"), "<filter name=\"Implode\" amount=\"20\" />\n");
+    EXPECT_EQ(text("Median"), "<filter name=\"Median\" />\n");
+    EXPECT_EQ(text("Motion Blur"), "<filter name=\"Motion Blur\" />\n");
+    EXPECT_EQ(text("Oil Paint"), "<filter name=\"Oil Paint\" threshold=\"50\" />\n");
+    EXPECT_EQ(text("Raise Borders"), "<filter name=\"Raise Borders\" width=\"5\" />\n");
+    EXPECT_EQ(text("Shade"), "<filter name=\"Shade\" />\n");
+    EXPECT_EQ(text("Solarize"), "<filter name=\"Solarize\" />\n");
+    EXPECT_EQ(text("Swirl"), "<filter name=\"Swirl\" angle=\"180\" />\n");
+}
+
+TEST(FilterRegistry, OptionsDescribeThePanel) {
+    const auto& r = ImageFilterRegistry::instance();
+    auto noise = r.find("Add Noise")->Options();
+    ASSERT_EQ(noise.size(), 1u);
+    EXPECT_EQ(noise[0].label, "Type:");
+    EXPECT_EQ(noise[0].kind, FilterOption::Kind::List);
+    EXPECT_EQ(noise[0].controlId, 1001);
+    EXPECT_EQ(noise[0].labelId, 1000);
+    EXPECT_EQ(noise[0].items, (std::vector<std::string>{"Uniform", "Gaussian", "Multiplicative Gaussian", "Impulse",
+                                                         "Laplacian", "Poisson"}));
+    EXPECT_EQ(noise[0].defaultValue, 1);
+    auto bc = r.find("Brightness/Contrast")->Options();
+    ASSERT_EQ(bc.size(), 2u);
+    EXPECT_EQ(bc[0].label, "Brightness:");
+    EXPECT_EQ(bc[1].label, "Contrast:");
+    EXPECT_NE(bc[0].controlId, bc[1].controlId);
+    EXPECT_EQ(r.find("Median")->Options()[0].label, "Threshold:");
+    EXPECT_EQ(r.find("Median")->Options()[0].defaultValue, 20);
+    EXPECT_EQ(r.find("Motion Blur")->Options()[0].defaultValue, 10);
+    EXPECT_EQ(r.find("Implode")->Options()[0].label, "Amount:");
+    EXPECT_EQ(r.find("Raise Borders")->Options()[0].label, "Width:");
+    EXPECT_EQ(r.find("Swirl")->Options()[0].label, "Angle:");
+    for (const char* none : {"Blur", "Despeckle", "Emboss", "Grayscale", "Reduce Noise", "Sepia", "Shade", "Sharpen",
+                             "Solarize"})
+        EXPECT_TRUE(r.find(none)->Options().empty()) << none;
+}
+
+TEST(FilterRegistry, ReadBackKeepsSavedValuesOnly) {
+    const auto& r = ImageFilterRegistry::instance();
+    auto noise = r.create("Add Noise");
+    EXPECT_TRUE(noise->ChangeOptionValue(0, 5));
+    EXPECT_FALSE(noise->ChangeOptionValue(0, 5));  // unchanged
+    EXPECT_EQ(roundTrip(*noise)->OptionValue(0), 5);
+
+    auto bc = r.create("Brightness/Contrast");
+    bc->SetOptionValue(0, -40);
+    bc->SetOptionValue(1, 75);
+    auto back = roundTrip(*bc);
+    EXPECT_EQ(back->OptionValue(0), -40);
+    EXPECT_EQ(back->OptionValue(1), 75);
+
+    auto gauss = r.create("Gaussian Blur");
+    gauss->SetOptionValue(0, 2.5);
+    EXPECT_EQ(roundTrip(*gauss)->OptionValue(0), 2.5);
+
+    // Median and Motion Blur keep their panel value in memory only.
+    for (const char* name : {"Median", "Motion Blur"}) {
+        auto f = r.create(name);
+        double def = f->OptionValue(0);
+        f->SetOptionValue(0, 5);
+        EXPECT_EQ(f->OptionValue(0), 5);
+        EXPECT_EQ(f->Clone()->OptionValue(0), 5);  // a clone copies it
+        EXPECT_EQ(roundTrip(*f)->OptionValue(0), def) << name;
+    }
+}
+
+TEST(FilterRegistry, ReadingToleratesBadAttributes) {
+    XmlReader reader;
+    ASSERT_TRUE(reader.loadBuffer(
+        "<l><filter name=\"Add Noise\" type=\"Poisson\"/><filter name=\"Edge\" radius=\"1e300\"/>"
+        "<filter name=\"Swirl\"/><filter name=\"Unknown\"/><filter/>"
+        "<filter name=\"Black &amp; White\" threshold=\"999\"/></l>"));
+    auto kids = reader.documentElement().children();
+    auto noise = ReadFilterElement(kids[0]);
+    EXPECT_EQ(noise->OptionValue(0), 1);  // keywords compare exactly: default stays
+    EXPECT_EQ(ReadFilterElement(kids[1])->OptionValue(0), 32);  // radius limited
+    EXPECT_EQ(ReadFilterElement(kids[2])->OptionValue(0), 180);
+    EXPECT_EQ(ReadFilterElement(kids[3]), nullptr);
+    EXPECT_EQ(ReadFilterElement(kids[4]), nullptr);
+    EXPECT_EQ(ReadFilterElement(kids[5])->OptionValue(0), 255);
+}
+
+}  // namespace
+}  // namespace quillet
