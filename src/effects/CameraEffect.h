@@ -42,6 +42,8 @@ protected:
 class PanZoomEffect : public CameraEffect {
 public:
     PanZoomEffect() = default;
+    PanZoomEffect(const PanZoomEffect&) = default;
+    PanZoomEffect& operator=(const PanZoomEffect&) = default;
 
     double zoom = 1.0;  // target scale of the slide, 1.0 = 100 %
     int32_t panX = 0;   // offset to move the slide by, twips
@@ -54,9 +56,6 @@ public:
     std::unique_ptr<CameraEffect> Clone() const override;
     void ReadXml(const XmlNode& element) override;
     void WriteXml(XmlWriter& writer) const override;
-
-protected:
-    PanZoomEffect(const PanZoomEffect&) = default;
 };
 
 // A camera effect from a `camera_fx` element, chosen by its exact `name`;

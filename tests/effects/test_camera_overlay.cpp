@@ -1,0 +1,126 @@
+#include <gtest/gtest.h>
+
+#include "effects/CameraEffect.h"
+#include "effects/OverlayEffect.h"
+#include "effects/overlays/Bubbles.h"
+#include "effects/overlays/OldMovie.h"
+#include "EffectsTestXml.h"
+
+using namespace quillet;
+using quillet::test::ParsedXml;
+using quillet::test::WrittenText;
+
+namespace {
+
+std::string line(const CameraEffect& effect) {
+    return WrittenText([&](XmlWriter& w) { effect.WriteXml(w); });
+}
+
+PanZoomEffect panZoom(int32_t x, int32_t y, double zoom) {
+    PanZoomEffect e;
+    e.panX = x;
+    e.panY = y;
+    e.zoom = zoom;
+    return e;
+}
+
+}  // namespace
+
+TEST(CameraEffect, DescribesPanInPixelsAndZoomInPercent) {
+    EXPECT_EQ(CameraEffect().Describe(), "");
+    EXPECT_EQ(panZoom(0, 0, 1.0).Describe(), "None");
+    EXPECT_EQ(panZoom(0, 0, 1.5).Describe(), "Zoom (150)");
+    EXPECT_EQ(panZoom(0, 0, 0.333).Describe(), "Zoom (33)");
+    EXPECT_EQ(panZoom(0, 0, 1.0000001).Describe(), "Zoom (100)");  // not exactly 1.0
+    EXPECT_EQ(panZoom(-30, 0, 1.0).Describe(), "Pan (-1, 0)");
+    EXPECT_EQ(panZoom(19, -19, 1.0).Describe(), "Pan (0, 0)");  // a pan below a pixel still counts
+    EXPECT_EQ(panZoom(200, 45, 2.0).Describe(), "Pan (10, 2); Zoom (200)");
+}
+
+TEST(CameraEffect, WritesAndReadsTheElement) {
+    CameraEffect still;
+    still.duration = 4500;
+    EXPECT_EQ(line(still), "<camera_fx name=\"none\" duration=\"4500\" />\n");
+    PanZoomEffect move = panZoom(-300, 120, 1.0 / 3.0);
+    move.duration = 3000;
+    const std::string text = line(move);
+    EXPECT_EQ(text, "<camera_fx name=\"pan_zoom\" duration=\"3000\" pan_x=\"-300\" pan_y=\"120\" zoom=\"0.333333\" />\n");
+
+    ParsedXml xml(text);
+    ASSERT_TRUE(xml.ok()) << xml.error();
+    auto back = ReadCameraEffect(xml.first());
+    ASSERT_NE(back, nullptr);
+    auto* pz = dynamic_cast<PanZoomEffect*>(back.get());
+    ASSERT_NE(pz, nullptr);
+    EXPECT_EQ(pz->duration, 3000u);
+    EXPECT_EQ(pz->panX, -300);
+    EXPECT_EQ(pz->panY, 120);
+    EXPECT_DOUBLE_EQ(pz->zoom, 0.333333);
+    EXPECT_EQ(line(*pz), text);
+
+    auto clone = pz->Clone();
+    EXPECT_NE(dynamic_cast<PanZoomEffect*>(clone.get()), nullptr);
+    EXPECT_EQ(clone->Describe(), "Pan (-15, 6); Zoom (33)");
+
+    ParsedXml still2("<camera_fx name=\"none\" duration=\"250\" pan_x=\"40\" />");
+    auto s = ReadCameraEffect(still2.first());
+    ASSERT_NE(s, nullptr);
+    EXPECT_STREQ(s->XmlName(), "none");
+    EXPECT_EQ(dynamic_cast<PanZoomEffect*>(s.get()), nullptr);
+    EXPECT_EQ(s->duration, 250u);
+}
+
+TEST(CameraEffect, ReaderKeepsMissingValuesAndRejectsUnknownNames) {
+    ParsedXml partial("<camera_fx name=\"pan_zoom\" pan_y=\"-7\" zoom=\"wide\" />");
+    auto e = ReadCameraEffect(partial.first());
+    auto& pz = dynamic_cast<PanZoomEffect&>(*e);
+    EXPECT_EQ(pz.duration, 1000u);
+    EXPECT_EQ(pz.panX, 0);
+    EXPECT_EQ(pz.panY, -7);
+    EXPECT_EQ(pz.zoom, 0.0);  // unreadable reads as 0
+
+    EXPECT_EQ(ReadCameraEffect(ParsedXml("<camera_fx name=\"Pan_Zoom\" />").first()), nullptr);
+    EXPECT_EQ(ReadCameraEffect(ParsedXml("<camera_fx duration=\"5\" />").first()), nullptr);
+    EXPECT_EQ(ReadCameraEffect(XmlNode()), nullptr);
+    EXPECT_EQ(CameraEffectNames(), (std::vector<std::string>{"none", "pan_zoom"}));
+    for (const auto& name : CameraEffectNames()) EXPECT_STREQ(MakeCameraEffect(name)->XmlName(), name.c_str());
+
+    CameraEffect still;
+    EXPECT_EQ(still.FrameCount(12.0f), 12);
+    still.duration = 40;
+    EXPECT_EQ(still.FrameCount(12.0f), 0);
+}
+
+TEST(OverlayEffect, RegistryOrderLookupAndCreation) {
+    const auto& r = OverlayEffectRegistry::instance();
+    const std::vector<std::string> expected{"None", "Bubbles", "Fireworks", "Hearts", "Old Movie", "Snow", "Strobe"};
+    ASSERT_EQ(r.count(), expected.size());
+    for (size_t i = 0; i < expected.size(); ++i) {
+        EXPECT_EQ(r.At(i)->name(), expected[i]);
+        EXPECT_EQ(r.At(i)->characterId, 0);
+        EXPECT_EQ(r.At(i)->IsNone(), i == 0);
+        auto fresh = r.At(i)->Create();
+        EXPECT_EQ(typeid(*fresh), typeid(*r.At(i)));
+        EXPECT_EQ(fresh->name(), expected[i]);
+    }
+    EXPECT_EQ(r.At(expected.size()), nullptr);
+    EXPECT_EQ(r.Find("bubbles"), nullptr);  // exact names
+    EXPECT_NE(dynamic_cast<const BubblesEffect*>(r.Find("Bubbles")), nullptr);
+
+    auto film = MakeOverlayEffect("Old Movie");
+    auto* old = dynamic_cast<OldMovieEffect*>(film.get());
+    ASSERT_NE(old, nullptr);
+    EXPECT_EQ(old->partIds, (std::array<uint16_t, 3>{0, 0, 0}));
+
+    EXPECT_EQ(MakeOverlayEffect("Rain")->name(), "None");
+    EXPECT_TRUE(MakeOverlayEffect("Rain")->IsNone());
+    EXPECT_EQ(MakeOverlayEffect("")->name(), "");  // a new slide's unnamed effect stays unnamed
+    EXPECT_TRUE(MakeOverlayEffect("")->IsNone());
+
+    film->characterId = 12;
+    auto copy = film->Clone();
+    EXPECT_EQ(copy->name(), "Old Movie");
+    EXPECT_EQ(copy->characterId, 0);
+    OverlayEffect unnamed{std::string()};
+    EXPECT_EQ(unnamed.Clone()->name(), "");
+}

@@ -1,0 +1,438 @@
+#include <cstdlib>
+#include <map>
+#include <set>
+
+#include <gtest/gtest.h>
+
+#include "effects/Transition.h"
+#include "effects/transitions/Checker.h"
+#include "effects/transitions/ColorFade.h"
+#include "effects/transitions/SlidingBars.h"
+#include "effects/transitions/Spin.h"
+#include "effects/transitions/Window.h"
+#include "EffectsTestXml.h"
+
+using namespace quillet;
+using quillet::test::ParsedXml;
+using quillet::test::WrittenText;
+
+namespace {
+
+const TransitionRegistry& registry() { return TransitionRegistry::instance(); }
+
+std::unique_ptr<Transition> make(const std::string& name) {
+    const Transition* prototype = registry().Find(name);
+    EXPECT_NE(prototype, nullptr) << name;
+    return prototype ? prototype->Clone() : nullptr;
+}
+
+std::string line(const Transition& t) {
+    return WrittenText([&](XmlWriter& w) { WriteTransition(w, t); });
+}
+
+std::unique_ptr<Transition> reread(const std::string& text) {
+    ParsedXml xml(text);
+    EXPECT_TRUE(xml.ok()) << xml.error() << "\n" << text;
+    return ReadTransition(xml.first());
+}
+
+struct Named : Transition {
+    explicit Named(std::string name) : Transition(std::move(name)) {}
+};
+
+}  // namespace
+
+TEST(TransitionRegistry, HoldsEveryClassSortedByName) {
+    const std::vector<std::string> expected{
+        "Blinds In",   "Blinds Out",    "Blur In",    "Blur Out",   "Checker",     "Circular Sweep On",
+        "Color Fade",  "Cross Fade",    "Cross Scale", "Curtain",   "Fade In",     "Fade Out",
+        "None",        "Page Flip",     "Push",       "Slide Close", "Slide In From", "Slide Open",
+        "Slide Out To", "Slide Triangle Open", "Sliding Bars", "Spin In", "Spin Out", "Window",
+        "Wipe Off",    "Wipe On",       "Wipe On 2",  "Zoom In",    "Zoom Out"};
+    ASSERT_EQ(registry().count(), expected.size());
+    for (size_t i = 0; i < expected.size(); ++i) {
+        const Transition* t = registry().At(static_cast<int>(i));
+        ASSERT_NE(t, nullptr);
+        EXPECT_EQ(t->name(), expected[i]);
+        EXPECT_EQ(t->duration(), 2000u) << t->name();
+        EXPECT_TRUE(t->placesSlides()) << t->name();
+    }
+    EXPECT_EQ(registry().At(-1), nullptr);
+    EXPECT_EQ(registry().At(static_cast<int>(expected.size())), nullptr);
+
+    // Lookup folds case; the object found carries the registry's spelling.
+    ASSERT_NE(registry().Find("wipe on 2"), nullptr);
+    EXPECT_EQ(registry().Find("wipe on 2")->name(), "Wipe On 2");
+    EXPECT_EQ(registry().Find("CROSS FADE"), registry().Find("Cross Fade"));
+    EXPECT_EQ(registry().Find("Cross  Fade"), nullptr);
+    EXPECT_EQ(registry().Find(""), nullptr);
+}
+
+TEST(TransitionRegistry, AddSortsByBytesAndKeepsEqualNamesInArrivalOrder) {
+    TransitionRegistry r;
+    auto first = std::make_unique<Named>("B");
+    auto second = std::make_unique<Named>("B");
+    const Transition* firstB = first.get();
+    const Transition* secondB = second.get();
+    r.Add(std::make_unique<Named>("b"));
+    r.Add(std::move(first));
+    r.Add(std::make_unique<Named>("A"));
+    r.Add(nullptr);
+    r.Add(std::move(second));
+    r.Add(std::make_unique<Named>("a"));
+    r.Add(std::make_unique<Named>("\xe9t\xe9"));  // a high byte sorts after ASCII
+    ASSERT_EQ(r.count(), 6u);
+    EXPECT_EQ(r.At(0)->name(), "A");
+    EXPECT_EQ(r.At(1), firstB);
+    EXPECT_EQ(r.At(2), secondB);
+    EXPECT_EQ(r.At(3)->name(), "a");
+    EXPECT_EQ(r.At(4)->name(), "b");
+    EXPECT_EQ(r.At(5)->name(), "\xe9t\xe9");
+
+    // Only the first 256 bytes take part in the comparison.
+    TransitionRegistry longNames;
+    const std::string stem(256, 'x');
+    longNames.Add(std::make_unique<Named>(stem + "b"));
+    longNames.Add(std::make_unique<Named>(stem + "a"));
+    EXPECT_EQ(longNames.At(0)->name(), stem + "b");
+
+    EXPECT_EQ(TransitionRegistry().Random(), nullptr);
+}
+
+TEST(TransitionRegistry, RandomDrawsEveryPrototypeFromRand) {
+    std::srand(42);
+    const int expected = std::rand() % static_cast<int>(registry().count());
+    std::srand(42);
+    EXPECT_EQ(registry().Random(), registry().At(expected));
+
+    std::srand(7);
+    std::map<const Transition*, int> hits;
+    const int draws = static_cast<int>(registry().count()) * 300;
+    for (int i = 0; i < draws; ++i) ++hits[registry().Random()];
+    EXPECT_EQ(hits.size(), registry().count());
+    for (const auto& [prototype, n] : hits) {
+        EXPECT_GT(n, 200) << prototype->name();  // about 300 each
+        EXPECT_LT(n, 400) << prototype->name();
+    }
+}
+
+TEST(Transition, DurationListenersFrameCountAndLabel) {
+    Transition t;
+    EXPECT_EQ(t.name(), "None");
+    int calls = 0;
+    const size_t token = t.AddListener([&](const Transition& changed) {
+        ++calls;
+        EXPECT_EQ(&changed, &t);
+    });
+    t.SetDuration(2000);  // unchanged: silent
+    EXPECT_EQ(calls, 0);
+    t.SetDuration(1500);
+    EXPECT_EQ(calls, 1);
+    auto copy = t.Clone();  // listeners stay with the original
+    copy->SetDuration(100);
+    EXPECT_EQ(calls, 1);
+    t.RemoveListener(token);
+    t.SetDuration(10);
+    EXPECT_EQ(calls, 1);
+
+    auto fade = make("Cross Fade");
+    EXPECT_EQ(fade->FrameCount(12.0f), 24);
+    fade->SetDuration(0);
+    EXPECT_EQ(fade->FrameCount(12.0f), 0);
+    fade->SetDuration(1041);  // 12.492 frames
+    EXPECT_EQ(fade->FrameCount(12.0f), 12);
+    fade->SetDuration(1042);  // 12.504 frames
+    EXPECT_EQ(fade->FrameCount(12.0f), 13);
+    fade->SetDuration(1000);
+    EXPECT_EQ(fade->FrameCount(12.5f), 13);  // 12.5 rounds up
+    EXPECT_EQ(fade->FrameCount(0.0f), 0);
+
+    fade->SetDuration(2500);
+    EXPECT_EQ(fade->Label(), "Transition: Cross Fade (2.50 sec)");
+    fade->SetDuration(1234);
+    EXPECT_EQ(fade->Label(), "Transition: Cross Fade (1.23 sec)");
+    t.SetDuration(5000);
+    EXPECT_EQ(t.Label(), "Transition: None (0.00 sec)");
+}
+
+TEST(Transition, CloneKeepsClassAndOptionsAndResetRestoresDefaults) {
+    for (size_t i = 0; i < registry().count(); ++i) {
+        const Transition* prototype = registry().At(static_cast<int>(i));
+        auto instance = prototype->CreateInstance();
+        ASSERT_NE(instance, nullptr);
+        EXPECT_EQ(typeid(*instance), typeid(*prototype)) << prototype->name();
+        EXPECT_EQ(instance->name(), prototype->name());
+    }
+
+    auto bars = make("Sliding Bars");
+    auto* b = dynamic_cast<SlidingBarsTransition*>(bars.get());
+    ASSERT_NE(b, nullptr);
+    b->direction = 7;
+    b->barCount = 3;
+    b->SetDuration(900);
+    auto clone = bars->Clone();
+    auto* c = dynamic_cast<SlidingBarsTransition*>(clone.get());
+    ASSERT_NE(c, nullptr);
+    EXPECT_EQ(c->direction, 7);
+    EXPECT_EQ(c->barCount, 3);
+    EXPECT_EQ(c->duration(), 900u);
+    c->ResetOptions();
+    EXPECT_EQ(c->direction, 0);
+    EXPECT_EQ(c->barCount, 10);
+    EXPECT_EQ(c->duration(), 900u);  // not an option
+
+    auto window = make("Window");
+    auto* w = dynamic_cast<WindowTransition*>(window.get());
+    ASSERT_NE(w, nullptr);
+    EXPECT_EQ(w->type, 0);
+    EXPECT_FALSE(w->spin);
+    EXPECT_FLOAT_EQ(w->spinCount, 1.8f);
+    EXPECT_TRUE(w->spinClockwise);
+    auto* checker = dynamic_cast<const CheckerTransition*>(registry().Find("Checker"));
+    ASSERT_NE(checker, nullptr);
+    EXPECT_EQ(checker->cellWidth, 1600);
+    EXPECT_EQ(checker->cellHeight, 1600);
+}
+
+TEST(TransitionXml, WritesTheElementLineExactly) {
+    EXPECT_EQ(line(Transition()), "<transition name=\"None\" duration=\"2000\" />\n");
+    EXPECT_EQ(line(*registry().Find("Sliding Bars")),
+              "<transition name=\"Sliding Bars\" duration=\"2000\" direction=\"horizontal\" />\n");
+    EXPECT_EQ(line(*registry().Find("Push")), "<transition name=\"Push\" duration=\"2000\" direction=\"right\" />\n");
+    EXPECT_EQ(line(*registry().Find("Color Fade")),
+              "<transition name=\"Color Fade\" duration=\"2000\" fade_color=\"16777215\" />\n");
+    EXPECT_EQ(line(*registry().Find("Checker")),
+              "<transition name=\"Checker\" duration=\"2000\" type=\"appear\" "
+              "direction=\"horizontal_left_to_right_down\" />\n");
+    EXPECT_EQ(line(*registry().Find("Spin Out")),
+              "<transition name=\"Spin Out\" duration=\"2000\" spins=\"1.8\" clockwise=\"true\" />\n");
+    EXPECT_EQ(line(*registry().Find("Slide In From")),
+              "<transition name=\"Slide In From\" duration=\"2000\" final_x=\"0\" final_y=\"0\" final_sx=\"0\" "
+              "final_sy=\"0\" fade_out=\"true\" />\n");
+    EXPECT_EQ(line(*registry().Find("Window")),
+              "<transition name=\"Window\" duration=\"2000\" type=\"square_close\" />\n");
+    EXPECT_EQ(line(*registry().Find("Zoom Out")),
+              "<transition name=\"Zoom Out\" duration=\"2000\" direction=\"none\" />\n");
+
+    auto move = make("Slide Out To");
+    move->SetOptionValue(0, -150);
+    move->SetOptionValue(2, 0.333);
+    move->SetOptionValue(3, 12.0);
+    move->SetOptionValue(4, 0);
+    move->SetDuration(4000000000u);
+    EXPECT_EQ(line(*move),
+              "<transition name=\"Slide Out To\" duration=\"4000000000\" final_x=\"-150\" final_y=\"0\" "
+              "final_sx=\"0.333\" final_sy=\"12\" fade_out=\"false\" />\n");
+}
+
+// Every saved option of every class survives a write and a read, except the
+// two historical mismatches, which come back as the default.
+TEST(TransitionXml, EveryOptionRoundTripsExceptTheKnownMismatches) {
+    using Kind = TransitionOption::Kind;
+    int checked = 0;
+    for (size_t i = 0; i < registry().count(); ++i) {
+        const Transition* prototype = registry().At(static_cast<int>(i));
+        const auto options = prototype->Options();
+        for (size_t k = 0; k < options.size(); ++k) {
+            const TransitionOption& o = options[k];
+            SCOPED_TRACE(prototype->name() + " / option " + std::to_string(k) + " " + o.label);
+            EXPECT_DOUBLE_EQ(prototype->OptionValue(k), o.defaultValue);
+            std::vector<double> values;
+            switch (o.kind) {
+                case Kind::List:
+                    for (size_t v = 0; v < o.items.size(); ++v) values.push_back(static_cast<double>(v));
+                    break;
+                case Kind::Integer: values = {-1234, 987654}; break;
+                case Kind::Real: values = {2.75, 0.0}; break;
+                case Kind::Bool: values = {o.defaultValue == 0 ? 1.0 : 0.0}; break;
+                case Kind::Color: values = {0x123456, 0}; break;
+            }
+            for (double value : values) {
+                auto t = prototype->Clone();
+                t->SetDuration(750);
+                const bool changed = t->SetOptionValue(k, value);
+                EXPECT_EQ(changed, value != o.defaultValue) << value;
+                auto back = reread(line(*t));
+                ASSERT_NE(back, nullptr);
+                EXPECT_EQ(back->name(), prototype->name());
+                EXPECT_EQ(back->duration(), 750u);
+                double expected = value;
+                if (o.attribute.empty()) expected = o.defaultValue;  // not saved
+                if (prototype->name() == "Checker" && o.attribute == "direction" && value >= 4 && value <= 15)
+                    expected = 0;
+                if (prototype->name() == "Window" && o.attribute == "type" && value == 2) expected = 0;
+                EXPECT_DOUBLE_EQ(back->OptionValue(k), expected) << line(*t);
+                ++checked;
+            }
+        }
+    }
+    EXPECT_GT(checked, 150);
+}
+
+TEST(TransitionXml, ReaderKeywordTablesAndMismatches) {
+    // Checker: the reader knows the vertical and spiral forms that the writer never writes.
+    auto checker = reread("<transition name=\"Checker\" type=\"drop_random\" direction=\"vertical_top_to_bottom_right\" />");
+    ASSERT_NE(checker, nullptr);
+    EXPECT_EQ(checker->OptionValue(0), 7);
+    EXPECT_EQ(checker->OptionValue(1), 4);
+    checker = reread("<transition name=\"Checker\" direction=\"spiral_bottom_right_ccw\" />");
+    EXPECT_EQ(checker->OptionValue(1), 15);
+    checker->SetOptionValue(1, 4);
+    EXPECT_NE(line(*checker).find("direction=\"horizontal_top_to_bottom_right\""), std::string::npos);
+    checker->SetOptionValue(1, 8);
+    EXPECT_NE(line(*checker).find("direction=\"horizontal_spiral_top_left_cw\""), std::string::npos);
+    checker->SetOptionValue(1, 16);
+    EXPECT_NE(line(*checker).find("direction=\"random\""), std::string::npos);
+
+    // Window: "rectangle_close" is written but not read; "rectangle_open" is.
+    auto window = reread("<transition name=\"Window\" type=\"rectangle_close\" />");
+    EXPECT_EQ(window->OptionValue(0), 0);
+    window = reread("<transition name=\"Window\" type=\"rectangle_open\" />");
+    EXPECT_EQ(window->OptionValue(0), 3);
+    window->SetOptionValue(0, 2);
+    EXPECT_NE(line(*window).find("type=\"rectangle_close\""), std::string::npos);
+
+    // Push and the wipes number their diagonals differently.
+    auto push = reread("<transition name=\"Push\" direction=\"to_top_left\" />");
+    auto wipe = reread("<transition name=\"Wipe On\" direction=\"to_top_left\" />");
+    EXPECT_EQ(push->OptionValue(0), 4);
+    EXPECT_EQ(wipe->OptionValue(0), 7);
+    auto wipe2 = reread("<transition name=\"Wipe On 2\" direction=\"diag_to_top_left\" />");
+    EXPECT_EQ(wipe2->OptionValue(0), 11);
+
+    // Keywords compare exactly; an unknown one keeps the prototype's value.
+    EXPECT_EQ(reread("<transition name=\"Push\" direction=\"Left\" />")->OptionValue(0), 2);
+    EXPECT_EQ(reread("<transition name=\"Zoom In\" direction=\"sideways\" />")->OptionValue(0), 0);
+
+    // Color: a plain unsigned decimal, lowest byte red.
+    auto color = reread("<transition name=\"Color Fade\" fade_color=\"255\" />");
+    EXPECT_EQ(dynamic_cast<ColorFadeTransition&>(*color).fadeColor, 0xFFu);
+
+    // Spin: the single-precision count and the direction flag.
+    auto spin = reread("<transition name=\"Spin In\" spins=\"0\" clockwise=\"FALSE\" />");
+    auto& s = dynamic_cast<SpinTransition&>(*spin);
+    EXPECT_EQ(s.spins, 0.0f);
+    EXPECT_FALSE(s.clockwise);
+    EXPECT_EQ(s.OptionValue(1), 1);  // the "Counter-Clockwise" box is ticked
+    s.clockwise = true;
+    EXPECT_EQ(s.OptionValue(1), 0);
+    EXPECT_FALSE(s.SetOptionValue(1, 0));
+    EXPECT_TRUE(s.SetOptionValue(1, 1));
+    EXPECT_FALSE(s.clockwise);
+    EXPECT_FALSE(s.SetOptionValue(0, 0.0));
+    EXPECT_TRUE(s.SetOptionValue(0, 1e-9));  // compared exactly
+}
+
+TEST(TransitionXml, ReaderNamesAndDurations) {
+    EXPECT_EQ(reread("<transition duration=\"100\" />"), nullptr);
+    EXPECT_EQ(reread("<transition name=\"Dissolve\" />"), nullptr);
+    EXPECT_EQ(ReadTransition(XmlNode()), nullptr);
+
+    auto t = reread("<transition name=\"cross fade\" duration=\"350\" />");
+    ASSERT_NE(t, nullptr);
+    EXPECT_EQ(t->name(), "Cross Fade");
+    EXPECT_EQ(line(*t), "<transition name=\"Cross Fade\" duration=\"350\" />\n");
+
+    EXPECT_EQ(reread("<transition name=\"Fade In\" />")->duration(), 2000u);
+    EXPECT_EQ(reread("<transition name=\"Fade In\" duration=\"soon\" />")->duration(), 0u);
+    EXPECT_EQ(reread("<transition name=\"NONE\" duration=\"10\" />")->name(), "None");
+
+    // Options missing from the element keep the prototype's values.
+    auto move = reread("<transition name=\"Slide In From\" final_y=\"40\" />");
+    EXPECT_EQ(move->OptionValue(0), 0);
+    EXPECT_EQ(move->OptionValue(1), 40);
+    EXPECT_EQ(move->OptionValue(4), 1);
+}
+
+TEST(TransitionOptions, LabelsIdsAndItemsAsShown) {
+    auto options = [](const std::string& name) { return registry().Find(name)->Options(); };
+
+    const auto bars = options("Sliding Bars");
+    ASSERT_EQ(bars.size(), 1u);
+    EXPECT_EQ(bars[0].label, "Direction");
+    EXPECT_EQ(bars[0].labelId, 10002);
+    EXPECT_EQ(bars[0].controlId, 10003);
+    ASSERT_EQ(bars[0].items.size(), 10u);
+    EXPECT_EQ(bars[0].items[4], "Horizontal Middle Out");
+    EXPECT_EQ(bars[0].items[9], "Vertical Middle Out");
+
+    EXPECT_EQ(options("Wipe On")[0].label, "Direction:");
+    EXPECT_EQ(options("Wipe On 2")[0].label, "Direction:");
+    EXPECT_EQ(options("Wipe Off")[0].label, "Direction");
+    EXPECT_EQ(options("Wipe Off")[0].items, options("Wipe On")[0].items);
+    EXPECT_EQ(options("Wipe On")[0].items[4], "Top Left to Bottom Right");
+    EXPECT_EQ(options("Wipe On")[0].items.size(), 12u);
+
+    const auto zoom = options("Zoom Out")[0];
+    ASSERT_EQ(zoom.items.size(), 9u);
+    EXPECT_EQ(zoom.items[5], "Bottom Right to Top left");
+    EXPECT_EQ(zoom.items[6], "Bottom Left to Top Right");
+    EXPECT_EQ(options("Push")[0].items[4], "Bottom Right to Top Left");
+    EXPECT_EQ(options("Push")[0].items[7], "Top Left to Bottom Right");
+    EXPECT_EQ(options("Push")[0].label, "Direction:");
+
+    const auto checker = options("Checker");
+    ASSERT_EQ(checker.size(), 2u);
+    EXPECT_EQ(checker[0].label, "Type:");
+    EXPECT_EQ(checker[1].label, "Direction:");
+    EXPECT_EQ(checker[0].items.size(), 8u);
+    ASSERT_EQ(checker[1].items.size(), 17u);
+    EXPECT_EQ(checker[1].items[15], "Spiral Bottom Right CCW");
+    EXPECT_EQ(checker[1].items[16], "Random");
+
+    const auto spin = options("Spin In");
+    ASSERT_EQ(spin.size(), 2u);
+    EXPECT_EQ(spin[0].label, "Spins:");
+    EXPECT_EQ(spin[0].labelId, 10020);
+    EXPECT_EQ(spin[0].controlId, 10021);
+    EXPECT_EQ(spin[0].decimals, 2);
+    EXPECT_EQ(spin[1].kind, TransitionOption::Kind::Bool);
+    EXPECT_EQ(spin[1].label, "Counter-Clockwise");
+    EXPECT_EQ(spin[1].controlId, 10022);
+
+    const auto window = options("Window");
+    ASSERT_EQ(window.size(), 3u);
+    EXPECT_EQ(window[0].label, "Shape:");
+    EXPECT_EQ(window[0].items[8], "Star-12 Close");
+    EXPECT_EQ(window[1].label, "Spin");
+    EXPECT_EQ(window[2].trailingLabel, "times");
+    EXPECT_TRUE(window[1].attribute.empty());
+    EXPECT_TRUE(window[2].attribute.empty());
+
+    const auto in = options("Slide In From");
+    const auto out = options("Slide Out To");
+    ASSERT_EQ(in.size(), 5u);
+    EXPECT_EQ(in[0].label, "Delta X:");
+    EXPECT_EQ(in[1].label, "Delta Y:");
+    EXPECT_EQ(in[2].label, "Start Scale X:");
+    EXPECT_EQ(out[3].label, "End Scale Y:");
+    EXPECT_EQ(in[4].kind, TransitionOption::Kind::Bool);
+
+    EXPECT_EQ(options("Color Fade")[0].label, "Color:");
+    EXPECT_EQ(options("Color Fade")[0].kind, TransitionOption::Kind::Color);
+    EXPECT_EQ(options("Slide Close")[0].items.back(), "Corners");
+    EXPECT_EQ(options("Slide Triangle Open")[0].items[5], "Top Left - Bottom Right Opposite");
+    EXPECT_EQ(options("Blinds Out")[0].items, options("Blinds In")[0].items);
+
+    // Every control id within one class is distinct.
+    for (size_t i = 0; i < registry().count(); ++i) {
+        std::set<int> ids;
+        size_t controls = 0;
+        for (const auto& o : registry().At(static_cast<int>(i))->Options()) {
+            ids.insert(o.controlId);
+            ++controls;
+            if (o.labelId) {
+                ids.insert(o.labelId);
+                ++controls;
+            }
+        }
+        EXPECT_EQ(ids.size(), controls) << registry().At(static_cast<int>(i))->name();
+    }
+
+    // A list selection beyond the items is clamped to the last one.
+    auto bar = make("Sliding Bars");
+    EXPECT_TRUE(bar->SetOptionValue(0, 99));
+    EXPECT_EQ(bar->OptionValue(0), 9);
+    EXPECT_FALSE(bar->SetOptionValue(0, 9));
+    EXPECT_FALSE(bar->SetOptionValue(5, 1));
+}
