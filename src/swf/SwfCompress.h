@@ -23,6 +23,10 @@ const char* SwfErrorText(int code);
 
 bool CompressSwf(const std::string& sourcePath, const std::string& destPath, bool overwrite);
 bool ExpandSwf(const std::string& sourcePath, const std::string& destPath, bool overwrite);
+// As ExpandSwf, but gives up (false) once the expanded movie would exceed
+// maxBytes; readers of untrusted movies use it against decompression bombs.
+bool ExpandSwfLimited(const std::string& sourcePath, const std::string& destPath, bool overwrite,
+                      unsigned long long maxBytes);
 // The file opens and begins with "FWS" or "CWS".
 bool IsSwfFile(const std::string& path);
 // The file begins with "CWS" (false with error 5 when it cannot be opened).

@@ -37,7 +37,8 @@ public:
     // Reads a file; a compressed one is first expanded through ExpandSwf into
     // "_xxswfxx__.bin" in a private temporary folder, which is removed again.
     bool ReadFile(const std::string& path);
-    // Reads a movie held in memory (either signature).
+    // Reads a movie held in memory (either signature; a compressed one is
+    // expanded in memory, up to its length field).
     bool ReadMemory(const uint8_t* data, size_t size);
 
     const std::string& Error() const { return error_; }
@@ -49,7 +50,7 @@ public:
     std::vector<std::unique_ptr<SwfTag>> TakeTags();
 
 private:
-    bool ReadUncompressed(const uint8_t* data, size_t size);
+    bool ReadMemoryPlain(const std::vector<uint8_t>& movie);
     bool Fail(const std::string& reason);
 
     SwfHeader header_;
