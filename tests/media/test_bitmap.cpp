@@ -1,0 +1,238 @@
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <vector>
+
+#include "media/Bitmap.h"
+#include "media/JpegBitmap.h"
+#include "media/PngBitmap.h"
+#include "support/TempDir.h"
+
+namespace quillet {
+namespace {
+
+Bitmap fromBytes(uint32_t w, uint32_t h, uint16_t bpp, std::vector<uint8_t> bytes) {
+    Bitmap b;
+    b.Create(w, h, bpp, bytes.data());
+    return b;
+}
+
+std::vector<uint8_t> bytesOf(const Bitmap& b) { return {b.pixels(), b.pixels() + b.byteSize()}; }
+
+TEST(Bitmap, CreateAdoptCopyAndFree) {
+    Bitmap b;
+    EXPECT_TRUE(b.empty());
+    EXPECT_EQ(b.byteSize(), 0u);
+    auto data = std::make_unique<uint8_t[]>(2 * 3 * 4);
+    uint8_t* raw = data.get();
+    b.Create(2, 3, 32, std::move(data));
+    EXPECT_EQ(b.pixels(), raw);  // adopted, not copied
+    EXPECT_EQ(b.byteSize(), 24u);
+    b.Free();
+    EXPECT_TRUE(b.empty());
+    EXPECT_EQ(b.byteSize(), 0u);
+    EXPECT_EQ(b.width(), 2u);
+    EXPECT_EQ(b.height(), 3u);
+    EXPECT_EQ(b.bitsPerPixel(), 32);
+
+    Bitmap c = fromBytes(2, 1, 24, {1, 2, 3, 4, 5, 6});
+    Bitmap d;
+    d.CopyFrom(c);
+    EXPECT_EQ(bytesOf(d), bytesOf(c));
+    EXPECT_NE(d.pixels(), c.pixels());
+}
+
+TEST(Bitmap, RotatesAsDescribed) {
+    Bitmap one = fromBytes(1, 1, 24, {9, 8, 7});
+    one.Rotate(90);
+    EXPECT_EQ(one.width(), 1u);
+    EXPECT_EQ(bytesOf(one), (std::vector<uint8_t>{9, 8, 7}));
+
+    // 2x1 turned clockwise: the left pixel ends on top.
+    Bitmap b = fromBytes(2, 1, 24, {1, 1, 1, 2, 2, 2});
+    b.Rotate(90);
+    EXPECT_EQ(b.width(), 1u);
+    EXPECT_EQ(b.height(), 2u);
+    EXPECT_EQ(bytesOf(b), (std::vector<uint8_t>{1, 1, 1, 2, 2, 2}));
+    b = fromBytes(2, 1, 24, {1, 1, 1, 2, 2, 2});
+    b.Rotate(-90);
+    EXPECT_EQ(bytesOf(b), (std::vector<uint8_t>{2, 2, 2, 1, 1, 1}));
+
+    // A 3x2 32-bit picture, every pixel distinct: quarter turns both ways and
+    // a half turn; four clockwise turns give the original back.
+    std::vector<uint8_t> px;
+    for (uint8_t i = 0; i < 6; ++i) px.insert(px.end(), {i, uint8_t(i + 10), uint8_t(i + 20), uint8_t(i + 30)});
+    Bitmap r = fromBytes(3, 2, 32, px);
+    r.Rotate(90);
+    ASSERT_EQ(r.width(), 2u);
+    ASSERT_EQ(r.height(), 3u);
+    // Clockwise: row 0 is (bottom-left, top-left) = pixels 3, 0.
+    EXPECT_EQ(r.row(0)[0], 3);
+    EXPECT_EQ(r.row(0)[4], 0);
+    EXPECT_EQ(r.row(2)[0], 5);
+    EXPECT_EQ(r.row(2)[7], 32);
+    r.Rotate(-270);
+    r.Rotate(90);
+    r.Rotate(90);
+    EXPECT_EQ(bytesOf(r), px);
+    Bitmap h = fromBytes(3, 2, 32, px);
+    h.Rotate(180);
+    EXPECT_EQ(h.row(0)[0], 5);
+    EXPECT_EQ(h.row(1)[8], 0);
+    Bitmap ccw = fromBytes(3, 2, 32, px);
+    ccw.Rotate(270);
+    EXPECT_EQ(ccw.row(0)[0], 2);  // top-right comes to the top-left
+    EXPECT_EQ(ccw.row(2)[4], 3);
+
+    // Unsupported angles and depths leave a blank buffer of the same size.
+    Bitmap odd = fromBytes(2, 1, 24, {1, 2, 3, 4, 5, 6});
+    odd.Rotate(45);
+    EXPECT_EQ(odd.width(), 2u);
+    EXPECT_EQ(odd.byteSize(), 6u);
+    EXPECT_EQ(bytesOf(odd), std::vector<uint8_t>(6, 0));
+    Bitmap plane = fromBytes(2, 1, 8, {1, 2});
+    plane.Rotate(90);
+    EXPECT_EQ(plane.width(), 2u);
+}
+
+TEST(Bitmap, FlipsMoveWholePixels) {
+    Bitmap b = fromBytes(2, 2, 32, {1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16});
+    b.FlipHorizontal();
+    EXPECT_EQ(bytesOf(b), (std::vector<uint8_t>{5, 6, 7, 8, 1, 2, 3, 4, 13, 14, 15, 16, 9, 10, 11, 12}));
+    b.FlipVertical();
+    EXPECT_EQ(bytesOf(b), (std::vector<uint8_t>{13, 14, 15, 16, 9, 10, 11, 12, 5, 6, 7, 8, 1, 2, 3, 4}));
+    Bitmap odd = fromBytes(3, 3, 24, std::vector<uint8_t>(27, 0));
+    odd.row(1)[3] = 99;  // the centre stays put
+    odd.FlipHorizontal();
+    odd.FlipVertical();
+    EXPECT_EQ(odd.row(1)[3], 99);
+}
+
+TEST(Bitmap, ResizeUsesTheTriangleFilter) {
+    Bitmap same = fromBytes(2, 1, 24, {1, 2, 3, 4, 5, 6});
+    const uint8_t* before = same.pixels();
+    same.Resize(2, 1);
+    EXPECT_EQ(same.pixels(), before);  // untouched
+
+    // Enlarging a row 0,100 to four: centres at 0, 0.5, 1, 1.5.
+    Bitmap up = fromBytes(2, 1, 24, {0, 0, 0, 100, 100, 100});
+    up.Resize(4, 1);
+    EXPECT_EQ(up.width(), 4u);
+    EXPECT_EQ(up.row(0)[0], 0);
+    EXPECT_EQ(up.row(0)[3], 50);
+    EXPECT_EQ(up.row(0)[6], 100);
+    EXPECT_EQ(up.row(0)[9], 100);
+
+    // Shrinking 0,0,255,255 to two: the second sample is weighted .25/.5/.25.
+    Bitmap down = fromBytes(4, 1, 24, {0, 0, 0, 0, 0, 0, 255, 255, 255, 255, 255, 255});
+    down.Resize(2, 1);
+    EXPECT_EQ(down.row(0)[0], 0);
+    EXPECT_EQ(down.row(0)[3], 191);
+
+    // Vertical pass and a 32-bit picture: a flat picture stays flat.
+    Bitmap flat;
+    flat.Create(50, 40, 32);
+    for (size_t i = 0; i < flat.byteSize(); i += 4) std::memcpy(flat.pixels() + i, "\x10\x80\xF0\xFF", 4);
+    flat.Resize(17, 93);
+    EXPECT_EQ(flat.height(), 93u);
+    for (size_t i = 0; i < flat.byteSize(); i += 4) {
+        ASSERT_EQ(flat.pixels()[i], 0x10);
+        ASSERT_EQ(flat.pixels()[i + 3], 0xFF);
+    }
+    Bitmap none;
+    none.Resize(10, 10);  // no pixels: nothing happens
+    EXPECT_TRUE(none.empty());
+}
+
+TEST(JpegBitmap, CompressesAndDjpegDecodes) {
+    test::TempDir dir;
+    Bitmap src;
+    src.Create(64, 48, 24);
+    for (uint32_t y = 0; y < 48; ++y)
+        for (uint32_t x = 0; x < 64; ++x) {
+            uint8_t* p = src.row(y) + x * 3;
+            p[0] = static_cast<uint8_t>(x * 4);
+            p[1] = static_cast<uint8_t>(y * 5);
+            p[2] = 128;
+        }
+    JpegBitmap j;
+    EXPECT_EQ(j.quality(), 80u);
+    j.SetQuality(150);
+    EXPECT_EQ(j.quality(), 100u);
+    EXPECT_EQ(LastJpegQuality(), 100);
+    j.SetQuality(-3);
+    EXPECT_EQ(j.quality(), 0u);  // clamped, not refused
+    ASSERT_TRUE(j.Compress(64, 48, 24, src.pixels()));
+    ASSERT_GT(j.jpegSize(), 100u);
+    EXPECT_EQ(j.jpegData()[0], 0xFF);
+    EXPECT_EQ(j.jpegData()[1], 0xD8);
+    EXPECT_EQ(j.jpegData()[j.jpegSize() - 2], 0xFF);
+    EXPECT_EQ(j.jpegData()[j.jpegSize() - 1], 0xD9);
+
+    // At a high quality djpeg gives back nearly the same pixels.
+    auto bytes = EncodeJpeg(src.pixels(), 64, 48, 3, 95);
+    ASSERT_FALSE(bytes.empty());
+    test::writeFile(dir.file("a.jpg"), std::string(bytes.begin(), bytes.end()));
+    ASSERT_EQ(test::runCommand("djpeg -pnm " + dir.file("a.jpg") + " > " + dir.file("a.ppm")), 0);
+    std::string ppm = test::readFile(dir.file("a.ppm"));
+    ASSERT_EQ(ppm.rfind("P6\n64 48\n255\n", 0), 0u);
+    const uint8_t* decoded = reinterpret_cast<const uint8_t*>(ppm.data()) + 13;
+    int worst = 0;
+    for (size_t i = 0; i < src.byteSize(); ++i) worst = std::max(worst, std::abs(decoded[i] - src.pixels()[i]));
+    EXPECT_LE(worst, 12);
+
+    // 32-bit input drops its alpha; bad sizes fail cleanly.
+    std::vector<uint8_t> rgba(8 * 8 * 4, 200);
+    JpegBitmap k;
+    EXPECT_TRUE(k.Compress(8, 8, 32, rgba.data()));
+    EXPECT_FALSE(k.Compress(0, 8, 24, rgba.data()));
+    EXPECT_TRUE(EncodeJpeg(nullptr, 8, 8, 3, 80).empty());
+}
+
+TEST(PngBitmap, DecodesFromMemory) {
+    test::TempDir dir;
+    std::string raw;
+    for (int i = 0; i < 6; ++i) raw += i == 1 ? std::string("\xC8\x64\x32\x80", 4) : std::string("\x0A\x14\x1E\xFF", 4);
+    test::writeFile(dir.file("rgba.raw"), raw);
+    ASSERT_EQ(test::runCommand("convert -size 3x2 -depth 8 rgba:" + dir.file("rgba.raw") + " PNG32:" + dir.file("rgba.png")), 0);
+    ASSERT_EQ(test::runCommand("convert -size 3x2 xc:'rgb(10,20,30)' PNG24:" + dir.file("rgb.png")), 0);
+    ASSERT_EQ(test::runCommand("convert -size 4x4 xc:red -fill blue -draw 'point 0,0' -transparent blue PNG8:" +
+                               dir.file("pal.png")), 0);
+    auto load = [&](const char* name, PngBitmap& b) {
+        std::string bytes = test::readFile(dir.file(name));
+        return b.Decode(reinterpret_cast<const uint8_t*>(bytes.data()), bytes.size());
+    };
+    PngBitmap rgba;
+    ASSERT_TRUE(load("rgba.png", rgba));
+    EXPECT_EQ(rgba.bitsPerPixel(), 32);
+    EXPECT_EQ(rgba.row(0)[0], 10);
+    EXPECT_EQ(rgba.row(0)[3], 255);
+    EXPECT_EQ(rgba.row(0)[7], 128);
+    EXPECT_EQ(rgba.row(0)[4], 200);
+    ASSERT_NE(rgba.alphaPlane(), nullptr);
+    EXPECT_EQ(rgba.alphaPlane()[1], 128);
+
+    PngBitmap rgb;
+    ASSERT_TRUE(load("rgb.png", rgb));
+    EXPECT_EQ(rgb.bitsPerPixel(), 24);
+    EXPECT_EQ(rgb.alphaPlane(), nullptr);
+    EXPECT_EQ(rgb.row(1)[5], 30);
+
+    PngBitmap pal;  // palette with tRNS: expanded to RGBA
+    ASSERT_TRUE(load("pal.png", pal));
+    EXPECT_EQ(pal.bitsPerPixel(), 32);
+    EXPECT_EQ(pal.alphaPlane()[0], 0);
+    EXPECT_EQ(pal.alphaPlane()[1], 255);
+    EXPECT_EQ(pal.row(0)[4], 255);
+
+    // No signature, or a cut-off stream: absent, never a crash.
+    PngBitmap bad;
+    const uint8_t junk[] = "not a png at all";
+    EXPECT_FALSE(bad.Decode(junk, sizeof junk));
+    std::string cut = test::readFile(dir.file("rgba.png"));
+    EXPECT_FALSE(bad.Decode(reinterpret_cast<const uint8_t*>(cut.data()), cut.size() / 2));
+    EXPECT_TRUE(bad.empty());
+}
+
+}  // namespace
+}  // namespace quillet

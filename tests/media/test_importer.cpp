@@ -1,0 +1,220 @@
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <filesystem>
+
+#include "media/ImageImporter.h"
+#include "media/JpegReader.h"
+#include "support/TempDir.h"
+
+namespace quillet {
+namespace {
+
+// The test picture: 40x30 in four flat quadrants.
+const uint8_t kQuadrants[4][3] = {{200, 30, 40}, {20, 180, 60}, {30, 40, 220}, {250, 250, 0}};
+
+class ImporterTest : public ::testing::Test {
+protected:
+    static void SetUpTestSuite() {
+        dir_ = new test::TempDir();
+        const std::string base = dir_->file("base.png");
+        ASSERT_EQ(test::runCommand("convert -size 40x30 xc:'rgb(200,30,40)' +antialias "
+                                   "-fill 'rgb(20,180,60)' -draw 'rectangle 20,0 39,14' "
+                                   "-fill 'rgb(30,40,220)' -draw 'rectangle 0,15 19,29' "
+                                   "-fill 'rgb(250,250,0)' -draw 'rectangle 20,15 39,29' PNG24:" + base),
+                  0);
+        for (const char* ext : {"bmp", "gif", "jpg", "pct", "png", "psd", "tif", "tga"}) {
+            std::string out = dir_->file(std::string("pic.") + ext);
+            std::string prefix = std::string(ext) == "bmp" ? "BMP3:" : "";
+            ASSERT_EQ(test::runCommand("convert " + base + " " + prefix + out), 0) << ext;
+        }
+        test::runCommand("convert " + base + " -depth 8 rgb:" + dir_->file("base.rgb"));
+    }
+    static void TearDownTestSuite() {
+        delete dir_;
+        dir_ = nullptr;
+    }
+    static std::string file(const std::string& name) { return dir_->file(name); }
+    static test::TempDir* dir_;
+};
+test::TempDir* ImporterTest::dir_ = nullptr;
+
+TEST_F(ImporterTest, OpensEveryFormatWithItsSizeAndPixels) {
+    const std::string expected = test::readFile(file("base.rgb"));
+    ASSERT_EQ(expected.size(), 40u * 30 * 3);
+    for (const char* ext : {"bmp", "gif", "jpg", "pct", "png", "psd", "tif", "tga"}) {
+        SCOPED_TRACE(ext);
+        ImageImporter im;
+        ASSERT_TRUE(im.Open(file(std::string("pic.") + ext))) << im.error();
+        int w = 0, h = 0;
+        ASSERT_TRUE(im.GetNaturalSize(w, h));
+        EXPECT_EQ(w, 40);
+        EXPECT_EQ(h, 30);
+        Bitmap b;
+        ASSERT_TRUE(im.Render(b, 40, 30)) << im.error();
+        ASSERT_EQ(b.byteSize(), expected.size());
+        if (std::string(ext) == "jpg") {
+            // Lossy: the middle of each quadrant is close to its colour.
+            const int centres[4][2] = {{10, 7}, {30, 7}, {10, 22}, {30, 22}};
+            for (int q = 0; q < 4; ++q)
+                for (int c = 0; c < 3; ++c)
+                    EXPECT_NEAR(b.row(centres[q][1])[centres[q][0] * 3 + c], kQuadrants[q][c], 6);
+        } else {
+            EXPECT_EQ(std::memcmp(b.pixels(), expected.data(), expected.size()), 0);
+        }
+    }
+}
+
+TEST_F(ImporterTest, RendersRectanglesNearestNeighbour) {
+    ImageImporter im;
+    ASSERT_TRUE(im.Open(file("pic.png")));
+    // Doubling: every source pixel becomes a 2x2 block.
+    Bitmap big;
+    ASSERT_TRUE(im.Render(big, 80, 60));
+    EXPECT_EQ(big.row(29)[39 * 3], 200);
+    EXPECT_EQ(big.row(29)[40 * 3], 20);
+    EXPECT_EQ(big.row(30)[39 * 3], 30);
+    // A crop rendered at its own size is a 1:1 copy of that region.
+    CropRect crop{15, 10, 25, 20};
+    Bitmap part;
+    ASSERT_TRUE(im.Render(part, 10, 10, &crop, 32));
+    EXPECT_EQ(part.bitsPerPixel(), 32);
+    EXPECT_EQ(part.row(0)[0], 200);        // (15,10)
+    EXPECT_EQ(part.row(0)[5 * 4 + 1], 180);  // (20,10)
+    EXPECT_EQ(part.row(5)[0 * 4 + 2], 220);  // (15,15)
+    EXPECT_EQ(part.row(9)[9 * 4 + 0], 250);  // (24,19)
+    EXPECT_EQ(part.row(9)[9 * 4 + 3], 255);  // opaque
+    // Halving picks one pixel of each pair, never a blend.
+    Bitmap small;
+    ASSERT_TRUE(im.Render(small, 20, 15));
+    for (size_t i = 0; i < small.byteSize(); i += 3) {
+        bool known = false;
+        for (const auto& q : kQuadrants) known |= small.pixels()[i] == q[0] && small.pixels()[i + 1] == q[1];
+        ASSERT_TRUE(known) << i;
+    }
+    // A source reaching outside the picture repeats the edge; empty sizes fail.
+    CropRect outside{30, 20, 60, 40};
+    ASSERT_TRUE(im.Render(small, 6, 4, &outside));
+    EXPECT_EQ(small.row(3)[5 * 3], 250);
+    EXPECT_FALSE(im.Render(small, 0, 4));
+    CropRect empty{5, 5, 5, 9};
+    EXPECT_FALSE(im.Render(small, 4, 4, &empty));
+}
+
+TEST_F(ImporterTest, AlphaChannelAndOpaqueFormats) {
+    std::string raw;
+    for (int i = 0; i < 8; ++i) raw += i == 7 ? std::string("\xFF\x00\x00\x33", 4) : std::string("\x00\x00\xFF\xFF", 4);
+    test::writeFile(file("alpha.raw"), raw);
+    ASSERT_EQ(test::runCommand("convert -size 4x2 -depth 8 rgba:" + file("alpha.raw") + " PNG32:" + file("alpha.png")), 0);
+    ImageImporter im;
+    ASSERT_TRUE(im.Open(file("alpha.png")));
+    Bitmap rgba;
+    ASSERT_TRUE(im.Render(rgba, 4, 2, nullptr, 32));
+    EXPECT_TRUE(im.hasAlpha());
+    EXPECT_EQ(rgba.row(0)[3], 255);
+    EXPECT_NEAR(rgba.row(1)[15], 51, 1);
+    Bitmap a;
+    CropRect right{2, 0, 4, 2};
+    ASSERT_TRUE(im.RenderAlpha(a, &right));
+    EXPECT_EQ(a.bitsPerPixel(), 8);
+    EXPECT_EQ(a.width(), 2u);
+    EXPECT_EQ(a.row(0)[1], 255);
+    EXPECT_NEAR(a.row(1)[1], 51, 1);
+
+    ImageImporter jpeg;
+    ASSERT_TRUE(jpeg.Open(file("pic.jpg")));
+    EXPECT_TRUE(jpeg.isJpeg());
+    EXPECT_FALSE(jpeg.hasAlpha());
+    ASSERT_TRUE(jpeg.RenderAlpha(a));
+    EXPECT_EQ(a.width(), 40u);
+    EXPECT_EQ(a.row(29)[39], 255);
+    EXPECT_EQ(jpeg.fileBytes().size(), std::filesystem::file_size(file("pic.jpg")));
+}
+
+TEST_F(ImporterTest, BadFilesAreReportedNotCrashed) {
+    ImageImporter im;
+    EXPECT_FALSE(im.Open(file("missing.jpg")));
+    EXPECT_EQ(im.failure(), ImageImporter::Failure::NotFound);
+    test::writeFile(file("text.jpg"), "this is not a picture\n");
+    EXPECT_FALSE(im.Open(file("text.jpg")));
+    EXPECT_EQ(im.failure(), ImageImporter::Failure::NotAnImage);
+    test::writeFile(file("empty.png"), "");
+    EXPECT_FALSE(im.Open(file("empty.png")));
+    EXPECT_FALSE(im.Open(dir_->path().string()));  // a folder
+
+    // A JPEG cut in half still opens and renders (the missing part grey);
+    // a JPEG cut inside its header does not.
+    ASSERT_EQ(test::runCommand("convert -size 400x300 gradient:red-blue " + file("grad.jpg")), 0);
+    std::string full = test::readFile(file("grad.jpg"));
+    test::writeFile(file("half.jpg"), full.substr(0, full.size() / 2));
+    ImageImporter half;
+    ASSERT_TRUE(half.Open(file("half.jpg")));
+    Bitmap b;
+    EXPECT_TRUE(half.Render(b, 400, 300));
+    test::writeFile(file("head.jpg"), full.substr(0, 40));
+    ImageImporter head;
+    EXPECT_FALSE(head.Open(file("head.jpg")));
+    // A PNG named .jpg is still a PNG.
+    std::filesystem::copy_file(file("pic.png"), file("png-named.jpg"));
+    ImageImporter misnamed;
+    ASSERT_TRUE(misnamed.Open(file("png-named.jpg")));
+    EXPECT_TRUE(misnamed.Render(b, 40, 30));
+    EXPECT_EQ(b.row(0)[0], 200);
+}
+
+TEST_F(ImporterTest, RealPhotosDecodeLikeImageMagick) {
+    const std::string photo = "/usr/share/backgrounds/mate/nature/GreenMeadow.jpg";
+    if (!std::filesystem::exists(photo)) GTEST_SKIP() << "mate-backgrounds not installed";
+    ImageImporter im;
+    ASSERT_TRUE(im.Open(photo));
+    int w, h;
+    ASSERT_TRUE(im.GetNaturalSize(w, h));
+    EXPECT_EQ(w, 1280);
+    EXPECT_EQ(h, 1024);
+    Bitmap b;
+    ASSERT_TRUE(im.Render(b, 1280, 1024));
+    ASSERT_EQ(test::runCommand("convert " + photo + " -depth 8 rgb:" + file("meadow.rgb")), 0);
+    const std::string expected = test::readFile(file("meadow.rgb"));
+    ASSERT_EQ(expected.size(), b.byteSize());
+    EXPECT_EQ(std::memcmp(expected.data(), b.pixels(), b.byteSize()), 0) << "direct libjpeg path differs";
+
+    // A crop scaled down samples the same decoded pixels.
+    CropRect crop{100, 200, 740, 680};
+    Bitmap part;
+    ASSERT_TRUE(im.Render(part, 320, 240, &crop));
+    const uint8_t* src = reinterpret_cast<const uint8_t*>(expected.data());
+    for (int y : {0, 100, 239})
+        for (int x : {0, 160, 319}) {
+            int sx = 100 + (2 * x + 1) * 640 / 640, sy = 200 + (2 * y + 1) * 480 / 480;
+            EXPECT_EQ(part.row(y)[x * 3], src[(size_t(sy) * 1280 + sx) * 3]) << x << "," << y;
+        }
+
+    for (const char* big : {"/usr/share/backgrounds/mate/nature/Elephants_5640x3172.jpg"}) {
+        if (!std::filesystem::exists(big)) continue;
+        ImageImporter e;
+        ASSERT_TRUE(e.Open(big));
+        ASSERT_TRUE(e.GetNaturalSize(w, h));
+        EXPECT_EQ(w, 5640);
+        EXPECT_EQ(h, 3172);
+        ASSERT_TRUE(e.Render(b, 640, 360));
+    }
+}
+
+TEST(ImageFileFilter, TextsAsShown) {
+    const auto& f = ImageFileFilter();
+    ASSERT_EQ(f.size(), 10u);
+    EXPECT_EQ(f[0].description, "All Images");
+    EXPECT_EQ(f[0].patterns, "*.bmp;*.gif;*.jpg;*.pct;*.png;*.psd;*.tif;*.tga");
+    EXPECT_EQ(f[4].description, "PICT (*.pict)");
+    EXPECT_EQ(f[4].patterns, "*.pct");
+    EXPECT_EQ(f[6].description, "Photoshop (*psd)");
+    EXPECT_EQ(f[7].description, "TIFF (*.tiff)");
+    EXPECT_EQ(f[7].patterns, "*.tif");
+    EXPECT_EQ(f[9].description, "All Files (*.*)");
+    EXPECT_TRUE(hasImageExtension("/a/b/Photo.JPG"));
+    EXPECT_FALSE(hasImageExtension("/a/b/photo.jpeg.txt"));
+    EXPECT_FALSE(hasImageExtension("bmp"));
+}
+
+}  // namespace
+}  // namespace quillet
