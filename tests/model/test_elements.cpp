@@ -1,0 +1,135 @@
+// The show's own elements: swf_data, sound_data and publish_data.
+#include <gtest/gtest.h>
+
+#include <sstream>
+
+#include "ModelFixtures.h"
+#include "model/PublishSettings.h"
+#include "model/SlideSound.h"
+#include "model/SwfData.h"
+#include "xml/XmlReader.h"
+#include "xml/XmlWriter.h"
+
+using namespace quillet;
+using quillet::test::elementText;
+
+namespace {
+
+template <typename T>
+std::string write(const T& thing) {
+    std::ostringstream out;
+    XmlWriter w;
+    w.open(out);
+    thing.Write(w);
+    w.close();
+    return elementText(out.str());
+}
+
+XmlNode parse(XmlReader& reader, const std::string& text) {
+    EXPECT_TRUE(reader.loadBuffer(text)) << reader.error();
+    return reader.documentElement();
+}
+
+}  // namespace
+
+TEST(SwfDataElement, WrittenFormAndDefaults) {
+    SwfData d;
+    EXPECT_EQ(write(d),
+              "<swf_data movie_start_action=\"play_automatically\" pause_time=\"2000\" preload=\"false\" "
+              "preload_creator=\"qpj\" preload_import_src=\"\" preload_amount=\"100\" preload_text=\"Loading...\" "
+              "preload_text_color=\"16777215\" preload_font_name=\"Arial\" "
+              "preload_font=\"f3ffffff000000000000000000000000900100000000000000000000\" preload_type=\"simple\" "
+              "loop=\"none\" loop_count=\"1\">\n"
+              "<mouse_click_action enable=\"false\" action=\"get_url\" url=\"http://\" target=\"_blank\" />\n"
+              "<movie_end_action enable=\"false\" action=\"get_url\" url=\"http://\" target=\"_self\" />\n"
+              "</swf_data>\n");
+
+    // Values outside the keyword tables write no attribute and read back as defaults.
+    d.loop = static_cast<SwfData::Loop>(3);
+    d.preloadType = static_cast<SwfData::PreloadType>(-1);
+    d.mouseClickAction.action = 2;  // unload_movie exists only for the end action
+    d.movieEndAction.action = 2;
+    const std::string text = write(d);
+    EXPECT_EQ(text.find(" loop=\""), std::string::npos);
+    EXPECT_EQ(text.find("preload_type"), std::string::npos);
+    EXPECT_NE(text.find("<mouse_click_action enable=\"false\" url="), std::string::npos);
+    EXPECT_NE(text.find("<movie_end_action enable=\"false\" action=\"unload_movie\""), std::string::npos);
+
+    XmlReader reader;
+    SwfData back;
+    back.Read(parse(reader, "<swf_data movie_start_action=\"stop_on_first_frame\" loop=\"FOREVER\">"
+                            "<mouse_click_action action=\"unload_movie\" />"
+                            "<movie_end_action action=\"unload_movie\" enable=\"true\" /></swf_data>"));
+    EXPECT_EQ(back.movieStartAction, SwfData::StartAction::StopOnFirstFrame);
+    EXPECT_EQ(back.loop, SwfData::Loop::None);  // exact keywords
+    EXPECT_EQ(back.mouseClickAction.action, 0);
+    EXPECT_EQ(back.movieEndAction.action, 2);
+    EXPECT_TRUE(back.movieEndAction.enable);
+}
+
+TEST(SoundDataElement, WrittenFormAndReading) {
+    SlideSound s;
+    s.include = true;
+    s.sounds.push_back({"/m/a & b.mp3", 1500, 4000, false, true, 22050, 64, false, true});
+    EXPECT_EQ(write(s),
+              "<sound_data include=\"true\" play_until_next_sound=\"false\">\n"
+              "<sound src=\"/m/a &amp; b.mp3\" start_time=\"1500\" duration=\"4000\" play_entire_sound=\"false\" "
+              "loop=\"true\" sample_rate=\"22050\" bit_rate=\"64\" stereo=\"false\" sync=\"true\" />\n"
+              "</sound_data>\n");
+    EXPECT_TRUE(s.hasSound());
+
+    XmlReader reader;
+    SlideSound back;
+    back.sounds.push_back({"/old.wav"});  // replaced by what is read
+    back.Read(parse(reader, "<sound_data play_until_next_sound=\"true\"><other src=\"x\" />"
+                            "<sound src=\"rel.wav\" sample_rate=\"abc\" /><sound /></sound_data>"),
+              "/proj");
+    EXPECT_FALSE(back.include);
+    EXPECT_TRUE(back.playUntilNextSound);
+    ASSERT_EQ(back.sounds.size(), 2u);
+    EXPECT_EQ(back.sounds[0].src, "/proj/rel.wav");
+    EXPECT_EQ(back.sounds[0].sampleRate, 0);
+    EXPECT_EQ(back.sounds[1], SoundClip{});
+    EXPECT_FALSE(back.hasSound());
+}
+
+TEST(PublishDataElement, TargetsAndPageOptions) {
+    PublishSettings p;
+    p.output = "/o";
+    p.setBaseFilename("Show");
+    p.htmlSettings.dimensionType = HtmlSettings::Percent;
+    p.htmlSettings.flashAlign = HtmlSettings::FTopRight;
+    p.winProjectorSettings.fullscreen = true;
+    const std::string text = write(p);
+    EXPECT_NE(text.find("<html publish=\"true\" filename=\"Show.html\">\n<html_swf swf=\"Show.swf\" orig_width=\"320\" "
+                        "orig_height=\"240\" width=\"320\" height=\"240\" bgcolor=\"16777215\" auto_play=\"true\" "
+                        "loop=\"true\" display_menu=\"true\" device_font=\"false\" popup_function=\"false\" "
+                        "dimension_type=\"percent\" quality=\"high\" window_mode=\"window\" html_align=\"default\" "
+                        "scale=\"showall\" flash_align=\"topright\" />\n</html>\n"),
+              std::string::npos)
+        << text;
+    EXPECT_NE(text.find("<mac_projector publish=\"false\" filename=\"Show.hqx\">\n<swf_projector fullscreen=\"false\" "
+                        "allowscale=\"true\" showmenu=\"true\" />\n</mac_projector>\n<win_projector publish=\"false\" "
+                        "filename=\"Show.exe\">\n<swf_projector fullscreen=\"true\" allowscale=\"true\" "
+                        "showmenu=\"true\" />\n</win_projector>\n"),
+              std::string::npos);
+    EXPECT_NE(text.find("installer_filename=\"ShowSS.exe\""), std::string::npos);
+
+    XmlReader reader;
+    PublishSettings back;
+    back.Read(parse(reader, "<publish_data output=\"/abs\"><swf publish=\"false\" /><flv publish=\"true\" />"
+                            "<mac_projector publish=\"true\"><swf_projector showmenu=\"false\" /></mac_projector>"
+                            "<html><html_swf quality=\"Best\" scale=\"noborder\" /></html>"
+                            "<quicktime_mov publish=\"true\"><quicktime_swf anything=\"1\" /></quicktime_mov>"
+                            "</publish_data>"),
+              "/proj");
+    EXPECT_EQ(back.output, "/abs");
+    EXPECT_FALSE(back.swf.publish);
+    EXPECT_TRUE(back.flv.publish);  // read as written; only the writer couples it
+    EXPECT_TRUE(back.macProjector.publish);
+    EXPECT_FALSE(back.macProjectorSettings.showmenu);
+    EXPECT_TRUE(back.winProjectorSettings.isPlayerDefault());
+    EXPECT_EQ(back.htmlSettings.quality, HtmlSettings::High);
+    EXPECT_EQ(back.htmlSettings.scale, HtmlSettings::NoBorder);
+    EXPECT_TRUE(back.quicktime.publish);
+}

@@ -1,0 +1,525 @@
+// The project file: exact layout, round trips, the format's one-way fields,
+// loading rules, missing pictures and damaged files.
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <sstream>
+#include <sys/stat.h>
+
+#include "ModelFixtures.h"
+#include "effects/OverlayEffect.h"
+#include "effects/Transition.h"
+#include "model/Compare.h"
+#include "model/ProjectFile.h"
+#include "model/PublishSettings.h"
+#include "model/SlideShow.h"
+#include "support/TempDir.h"
+#include "xml/XmlReader.h"
+#include "xml/XmlWriter.h"
+
+using namespace quillet;
+using quillet::test::readFile;
+using quillet::test::TempDir;
+using quillet::test::writeFile;
+using quillet::test::writeTinyBmp;
+
+namespace {
+
+// A project text around a slide_show start tag and its slides.
+std::string project(const std::string& showAttributes, const std::string& slides = "",
+                    const std::string& rest = "") {
+    return "<xml version=\"1.0\">\n<quillet version_major=\"1\" version_minor=\"119\">\n<slide_show " +
+           showAttributes + ">\n<slides>\n" + slides + "</slides>\n</slide_show>\n" + rest +
+           "</quillet>\n\n</xml>\n";
+}
+
+bool load(const std::string& text, SlideShow& show, PublishSettings& publish, std::string* error = nullptr,
+          const LoadOptions& options = {}) {
+    return LoadProjectText(text, "/nonexistent-project-folder", show, publish, error, options);
+}
+
+std::string blankSlide(const std::string& attributes = "", const std::string& children = "") {
+    return "<slide type=\"blank\" " + attributes + " >\n" + children + "</slide>\n";
+}
+
+void replaceAll(std::string& text, const std::string& from, const std::string& to) {
+    for (size_t at = text.find(from); at != std::string::npos; at = text.find(from, at + to.size()))
+        text.replace(at, from.size(), to);
+}
+
+}  // namespace
+
+TEST(ProjectFile, FullShowRoundTripsExactly) {
+    TempDir dir;
+    SlideShow show;
+    PublishSettings publish;
+    quillet::test::buildFullShow(show, publish, dir.path().string());
+    ASSERT_EQ(show.count(), static_cast<int>(TransitionRegistry::instance().count()));
+
+    const std::string path = dir.file("full.qpj");
+    std::string error;
+    ASSERT_TRUE(SaveProject(path, show, publish, &error)) << error;
+    const std::string written = readFile(path);
+    EXPECT_EQ(written, ProjectText(show, publish));
+
+    SlideShow loaded;
+    PublishSettings loadedPublish;
+    ASSERT_TRUE(LoadProject(path, loaded, loadedPublish, &error)) << error;
+    std::string difference;
+    EXPECT_TRUE(SameShow(show, loaded, &difference)) << difference;
+    EXPECT_TRUE(loadedPublish == publish);
+
+    // Saving what was loaded gives the same bytes; loading that again the same show.
+    const std::string again = dir.file("again.qpj");
+    ASSERT_TRUE(SaveProject(again, loaded, loadedPublish, &error)) << error;
+    EXPECT_EQ(readFile(again), written);
+    SlideShow reloaded;
+    PublishSettings reloadedPublish;
+    ASSERT_TRUE(LoadProject(again, reloaded, reloadedPublish, &error)) << error;
+    EXPECT_TRUE(SameShow(loaded, reloaded, &difference)) << difference;
+
+    // Another XML reader accepts what we write.
+    std::string output;
+    EXPECT_EQ(quillet::test::runCommand("xmllint --noout '" + path + "'", &output, true), 0) << output;
+}
+
+TEST(ProjectFile, StoredProjectLoadsAndSavesByteForByte) {
+    // A project written by Quillet, kept in the source tree; its picture
+    // folder is filled in at test time.
+    std::string text = readFile(QUILLET_SOURCE_DIR "/tests/data/model/full.qpj");
+    ASSERT_FALSE(text.empty());
+    TempDir dir;
+    replaceAll(text, "@DIR@", dir.path().string());
+    for (int i = 0; i < 40; ++i) writeTinyBmp(dir.file("pic" + std::to_string(i) + ".bmp"));
+    writeTinyBmp(dir.file("pic1 \xe9t\xe9 & co.bmp"));
+    writeFile(dir.file("full.qpj"), text);
+
+    SlideShow show;
+    PublishSettings publish;
+    std::string error;
+    ASSERT_TRUE(LoadProject(dir.file("full.qpj"), show, publish, &error)) << error;
+    EXPECT_EQ(show.count(), 29);  // one slide per transition
+    EXPECT_EQ(ProjectText(show, publish), text);
+}
+
+TEST(ProjectFile, LayoutOfTheFile) {
+    SlideShow show;
+    PublishSettings publish;
+    publish.output = "/out";
+    auto s = show.createSlide(SlideType::Blank);
+    s->image.src = "/not/written.jpg";
+    show.append(std::move(s));
+    const std::string text = ProjectText(show, publish);
+
+    EXPECT_EQ(text.rfind("<xml version=\"1.0\">\n<quillet version_major=\"1\" version_minor=\"119\">\n<slide_show "
+                         "width=\"320\" height=\"240\" fps=\"12\" use_compression=\"false\" disable_print=\"false\" "
+                         "show_bounds_left=\"0\" show_bounds_right=\"320\" show_bounds_top=\"0\" "
+                         "show_bounds_bottom=\"240\" bg_color=\"0\" use_bg_image=\"false\" bg_image=\"\"",
+                         0),
+              0u);
+    EXPECT_NE(text.find("control_set=\"\" control_align=\"bottom_center\" mute_control=\"false\""), std::string::npos);
+    EXPECT_NE(text.find("mute_control_set=\"\" mute_control_align=\"bottom_right\">\n<slides>\n"), std::string::npos);
+    // A blank slide writes an empty src; the slide start tag ends in " >".
+    EXPECT_NE(text.find("<slide type=\"blank\" src=\"\" width=\"320\" height=\"240\" x=\"0\" y=\"0\" quality=\"80\" "
+                        "image_type=\"jpeg\" duration=\"2000\" scale_to_fit=\"true\" keep_aspect_ratio=\"true\" "
+                        "auto_align=\"true\" h_align=\"center\" v_align=\"center\" crop=\"false\" crop_left=\"0\" "
+                        "crop_top=\"0\" crop_right=\"0\" crop_bottom=\"0\" flip_vertical=\"false\" "
+                        "flip_horizontal=\"false\" rotate=\"0\" >\n"
+                        "<transition_in>\n<transition name=\"None\" duration=\"2000\" />\n</transition_in>\n"
+                        "<swf_fx name=\"\" />\n<image_filters>\n</image_filters>\n"
+                        "<click_actions enable=\"false\" type=\"get_url\" url=\"http://\" target=\"_self\" "
+                        "jump_to=\"1\" popup=\"false\" pause_after=\"false\" load_url_on_display=\"false\" "
+                        "on_display_load_url=\"http://\" on_display_load_target=\"_blank\" />\n"
+                        "<pan_zoom>\n</pan_zoom>\n<caption_data>\n</caption_data>\n"
+                        "<sound_data include=\"false\" play_until_next_sound=\"false\">\n</sound_data>\n"
+                        "<popup_data width=\"100\" height=\"100\" x=\"0\" y=\"0\" resizable=\"false\" "
+                        "toolbar=\"false\" scrollbar=\"false\" directory=\"false\" status=\"false\" "
+                        "location=\"false\" menubar=\"false\" />\n</slide>\n</slides>\n<swf_data "),
+              std::string::npos);
+    EXPECT_NE(text.find("</swf_data>\n<caption_data>\n</caption_data>\n<sound_data include=\"false\" "
+                        "play_until_next_sound=\"false\">\n</sound_data>\n</slide_show>\n<publish_data "
+                        "output=\"/out\" use_default_base_filename=\"true\" default_base_filename=\"Untitled\" >\n"
+                        "<swf publish=\"true\" filename=\"Untitled.swf\" />\n"
+                        "<flv publish=\"true\" filename=\"Untitled.flv\" />\n"
+                        "<html publish=\"true\" filename=\"Untitled.html\">\n<html_swf swf=\"Untitled.swf\" "),
+              std::string::npos);
+    const std::string end =
+        "<quicktime_mov publish=\"false\" filename=\"Untitled.mov\">\n<quicktime_swf />\n</quicktime_mov>\n"
+        "<screensaver publish=\"false\" filename=\"Untitled.scr\" publish_installer=\"false\" "
+        "installer_filename=\"UntitledSS.exe\">\n<screensaver_swf />\n</screensaver>\n"
+        "</publish_data>\n</quillet>\n\n</xml>\n";
+    ASSERT_GE(text.size(), end.size());
+    EXPECT_EQ(text.substr(text.size() - end.size()), end);
+
+    SlideShow back;
+    PublishSettings backPublish;
+    ASSERT_TRUE(load(text, back, backPublish));
+    EXPECT_EQ(back.slideAt(0)->type, SlideType::Blank);
+    EXPECT_EQ(back.slideAt(0)->image.src, "");
+}
+
+TEST(ProjectFile, OneWayFieldsOfTheFormat) {
+    TempDir dir;
+    writeTinyBmp(dir.file("a.bmp"));
+    SlideShow show;
+    PublishSettings publish;
+    auto s = show.createSlide(SlideType::Image);
+    s->image.src = dir.file("a.bmp");
+    s->setOverlayEffect(MakeOverlayEffect("Snow"));
+    show.append(std::move(s));
+    show.muteControl.align = ControlPlacement::Align::Custom;
+    show.controls.controlSet = "Odd \"set\" <name>";  // would break the markup as it stands
+    show.swfData.preloadFontName = "Courier";
+    show.swfData.preloadType = SwfData::PreloadType::Smart;
+    show.swfData.movieStartAction = static_cast<SwfData::StartAction>(7);
+    publish.swf.publish = false;
+    publish.flv.publish = true;
+
+    const std::string text = ProjectText(show, publish);
+    EXPECT_NE(text.find("<swf_fx name=\"Snow\" />"), std::string::npos);
+    EXPECT_NE(text.find("mute_control_align=\"\""), std::string::npos);
+    EXPECT_NE(text.find("control_set=\"Odd &quot;set&quot; &lt;name&gt;\""), std::string::npos);
+    EXPECT_NE(text.find("<flv publish=\"false\""), std::string::npos);
+    EXPECT_NE(text.find("preload_type=\"smart\""), std::string::npos);
+    EXPECT_EQ(text.find("movie_start_action"), std::string::npos);
+
+    SlideShow back;
+    PublishSettings backPublish;
+    std::string error;
+    ASSERT_TRUE(LoadProjectText(text, dir.path().string(), back, backPublish, &error)) << error;
+    EXPECT_EQ(back.slideAt(0)->overlayEffect().name(), "");  // swf_fx is not read
+    EXPECT_EQ(back.muteControl.align, ControlPlacement::Align::BottomRight);
+    EXPECT_EQ(back.controls.controlSet, "Odd \"set\" <name>");
+    EXPECT_FALSE(backPublish.flv.publish);  // follows the movie's flag
+    EXPECT_EQ(back.swfData.preloadFontName, "Arial");  // read from font_name, which we do not write
+    EXPECT_EQ(back.swfData.preloadType, SwfData::PreloadType::Simple);
+    EXPECT_EQ(back.swfData.movieStartAction, SwfData::StartAction::PlayAutomatically);
+
+    // The reader's own names: font_name is read, preload_font_name is not.
+    SwfData d;
+    XmlReader reader;
+    ASSERT_TRUE(reader.loadBuffer("<swf_data font_name=\"Verdana\" preload_font_name=\"X\" preload_type=\"smart\" "
+                                  "preload_font=\"e8ffffff\" loop=\"times\" loop_count=\"0\" />"));
+    d.Read(reader.documentElement());
+    EXPECT_EQ(d.preloadFontName, "Verdana");
+    EXPECT_EQ(d.preloadType, SwfData::PreloadType::Simple);
+    EXPECT_EQ(d.preloadFont, FontRecord{});  // not 28 bytes: kept
+    EXPECT_EQ(d.loop, SwfData::Loop::Times);
+    EXPECT_EQ(d.loopCount, 0);
+}
+
+TEST(ProjectFile, ShowAttributeRules) {
+    SlideShow show;
+    PublishSettings publish;
+    // fps outside 1..120 keeps the default; inside it is taken.
+    ASSERT_TRUE(load(project("fps=\"0\""), show, publish));
+    EXPECT_EQ(show.fps, 12.0f);
+    ASSERT_TRUE(load(project("fps=\"240\""), show, publish));
+    EXPECT_EQ(show.fps, 12.0f);
+    ASSERT_TRUE(load(project("fps=\"nan\""), show, publish));
+    EXPECT_EQ(show.fps, 12.0f);
+    ASSERT_TRUE(load(project("fps=\"120\""), show, publish));
+    EXPECT_EQ(show.fps, 120.0f);
+    ASSERT_TRUE(load(project("fps=\"12.5\""), show, publish));
+    EXPECT_EQ(show.fps, 12.5f);
+
+    // Bounds start as the whole stage; a right edge not past the left spans the width.
+    ASSERT_TRUE(load(project("width=\"500\" height=\"400\" show_bounds_top=\"9\""), show, publish));
+    EXPECT_EQ(show.showBoundsRight, 500);
+    EXPECT_EQ(show.showBoundsBottom, 400);
+    EXPECT_EQ(show.showBoundsTop, 9);
+    ASSERT_TRUE(load(project("width=\"500\" show_bounds_left=\"30\" show_bounds_right=\"0\""), show, publish));
+    EXPECT_EQ(show.showBoundsLeft, 0);
+    EXPECT_EQ(show.showBoundsRight, 500);
+    ASSERT_TRUE(load(project("width=\"500\" show_bounds_left=\"30\" show_bounds_right=\"30\""), show, publish));
+    EXPECT_EQ(show.showBoundsLeft, 0);
+    ASSERT_TRUE(load(project("width=\"500\" show_bounds_left=\"30\" show_bounds_right=\"31\""), show, publish));
+    EXPECT_EQ(show.showBoundsLeft, 30);
+    EXPECT_EQ(show.showBoundsRight, 31);
+
+    // Text where numbers belong reads as atol would; an impossible stage
+    // size keeps the default; unknown keywords keep theirs.
+    ASSERT_TRUE(load(project("width=\"wide\" height=\"-5\" bg_color=\"blue\" bg_frame=\"Metal\" "
+                             "control_align=\"TOP_LEFT\" bg_frame_left=\"12px\" controls=\"TRUE\" "
+                             "use_bg_image=\"1\""),
+                     show, publish));
+    EXPECT_EQ(show.width(), 320);
+    EXPECT_EQ(show.height(), 240);
+    EXPECT_EQ(show.bgColor, 0u);
+    EXPECT_EQ(show.bgFrame, SlideShow::Frame::None);
+    EXPECT_EQ(show.controls.align, ControlPlacement::Align::BottomCenter);
+    EXPECT_EQ(show.bgFrameLeft, 12);
+    EXPECT_TRUE(show.controls.enabled);
+    EXPECT_FALSE(show.useBgImage);
+    // A file of any version is accepted.
+    std::string other = project("fps=\"24\"");
+    replaceAll(other, "version_major=\"1\"", "version_major=\"9\"");
+    ASSERT_TRUE(load(other, show, publish));
+    EXPECT_EQ(show.fps, 24.0f);
+}
+
+TEST(ProjectFile, SlideAttributeRules) {
+    SlideShow show;
+    PublishSettings publish;
+    std::string error;
+    const std::string slides =
+        blankSlide("click=\"x\"",
+                   "<click_actions type=\"Jump_To_Slide\" jump_to=\"3\" />\n"
+                   "<transition_in>\n<transition name=\"cross fade\" duration=\"700\" />\n</transition_in>\n"
+                   "<image_filters>\n<filter name=\"No Such Filter\" />\n<filter name=\"Sepia\" />\n"
+                   "<filter name=\"sepia\" />\n</image_filters>\n"
+                   "<pan_zoom>\n<camera_fx name=\"dolly\" />\n<camera_fx name=\"pan_zoom\" duration=\"900\" "
+                   "zoom=\"2\" />\n</pan_zoom>\n") +
+        "<picture type=\"Blank\" image_type=\"JPEG\" h_align=\"Left\" v_align=\"bottom\" duration=\"-1\" "
+        "flip_vertical=\"true\" rotate=\"90\" width=\"33\" height=\"44\" crop_left=\"5\" >\n"
+        "<transition_in>\n<transition name=\"Nope\" duration=\"5\" />\n</transition_in>\n</picture>\n" +
+        blankSlide("", "<transition_in>\n</transition_in>\n<click_actions type=\"unknown\" />\n");
+    // Unknown type reads as image: give the second slide's picture a file.
+    TempDir dir;
+    writeTinyBmp(dir.file("x.bmp"));
+    std::string text = project("", slides);
+    replaceAll(text, "<picture type=\"Blank\"", "<picture type=\"Blank\" src=\"x.bmp\"");
+    ASSERT_TRUE(LoadProjectText(text, dir.path().string(), show, publish, &error)) << error;
+    ASSERT_EQ(show.count(), 3);
+
+    const Slide& a = *show.slideAt(0);
+    EXPECT_EQ(a.clickAction.type, ClickAction::Type::JumpToSlide);  // case ignored
+    EXPECT_EQ(a.clickAction.jumpTo, 3);
+    EXPECT_EQ(a.transitionIn().name(), "Cross Fade");  // the registry's spelling
+    EXPECT_EQ(a.transitionIn().duration(), 700u);
+    ASSERT_EQ(a.imageFilters().size(), 1u);  // unknown and miscased names skipped
+    EXPECT_EQ(a.cameraEffectCount(), 1u);
+    EXPECT_EQ(a.totalTime(), 2000u + 700u + 900u);
+
+    const Slide& b = *show.slideAt(1);
+    EXPECT_EQ(b.type, SlideType::Image);  // "Blank" is not "blank"
+    EXPECT_EQ(b.image.src, dir.file("x.bmp"));  // relative to the project's folder
+    EXPECT_EQ(b.image.imageType, ImageType::Jpeg);
+    EXPECT_EQ(b.image.hAlign, HAlign::Center);
+    EXPECT_EQ(b.image.vAlign, VAlign::Bottom);
+    EXPECT_EQ(b.duration, 4294967295u);
+    EXPECT_TRUE(b.image.flipVertical);
+    EXPECT_EQ(b.image.rotation, 90);
+    // The turn happens before the sizes are read: they stay as written.
+    EXPECT_EQ(b.image.width, 33);
+    EXPECT_EQ(b.image.height, 44);
+    EXPECT_EQ(b.image.cropRect.left, 5);
+    // Flipped vertically, then turned a quarter.
+    EXPECT_EQ(b.image.cornerOrder, (std::array<uint8_t, 4>{1, 4, 3, 2}));
+    EXPECT_EQ(b.transitionIn().name(), "None");  // unknown transition: default kept
+
+    const Slide& c = *show.slideAt(2);
+    EXPECT_EQ(c.transitionIn().name(), "None");
+    EXPECT_EQ(c.clickAction.type, ClickAction::Type::GetUrl);
+}
+
+TEST(ProjectFile, PathsWithMarkupAndHighBytesRoundTrip) {
+    TempDir dir;
+    const std::string odd = dir.file("Tom & Jerry's \"best\" <1> \xe9t\xe9.bmp");
+    writeTinyBmp(odd);
+    SlideShow show;
+    PublishSettings publish;
+    auto s = show.createSlide(SlideType::Image);
+    s->image.src = odd;
+    show.append(std::move(s));
+    std::string error;
+    ASSERT_TRUE(SaveProject(dir.file("p.qpj"), show, publish, &error)) << error;
+    const std::string text = readFile(dir.file("p.qpj"));
+    EXPECT_NE(text.find("Tom &amp; Jerry&apos;s &quot;best&quot; &lt;1&gt; &#xe9;t&#xe9;.bmp"), std::string::npos);
+    SlideShow back;
+    ASSERT_TRUE(LoadProject(dir.file("p.qpj"), back, publish, &error)) << error;
+    EXPECT_EQ(back.slideAt(0)->image.src, odd);
+}
+
+TEST(ProjectFile, RelativePathsAreTakenFromTheProjectFolder) {
+    TempDir dir;
+    std::filesystem::create_directories(dir.file("proj/pics"));
+    writeTinyBmp(dir.file("proj/pics/a.bmp"));
+    writeFile(dir.file("proj/show.qpj"),
+              project("bg_image=\"pics/bg.bmp\"",
+                      "<slide type=\"image\" src=\"pics/../pics/a.bmp\" >\n"
+                      "<sound_data include=\"true\">\n<sound src=\"s.wav\" />\n</sound_data>\n</slide>\n",
+                      "<publish_data output=\"../out\" >\n</publish_data>\n"));
+    SlideShow show;
+    PublishSettings publish;
+    std::string error;
+    ASSERT_TRUE(LoadProject(dir.file("proj/show.qpj"), show, publish, &error)) << error;
+    EXPECT_EQ(show.slideAt(0)->image.src, dir.file("proj/pics/a.bmp"));
+    EXPECT_EQ(show.slideAt(0)->sound.sounds.at(0).src, dir.file("proj/s.wav"));
+    EXPECT_EQ(show.bgImage, dir.file("proj/pics/bg.bmp"));
+    EXPECT_EQ(publish.output, dir.file("out"));
+}
+
+namespace {
+
+class ScriptedHandler : public MissingPictureHandler {
+public:
+    std::vector<Choice> choices;
+    std::optional<std::string> image, folder;
+    std::vector<std::string> asked, notRelocatedPaths;
+    Choice ask(const std::string& path) override {
+        asked.push_back(path);
+        Choice c = choices.empty() ? Choice::DontRelocate : choices.front();
+        if (!choices.empty()) choices.erase(choices.begin());
+        return c;
+    }
+    std::optional<std::string> chooseImage(const std::string&) override { return image; }
+    std::optional<std::string> chooseFolder(const std::string&) override { return folder; }
+    void notRelocated(const std::string& path) override { notRelocatedPaths.push_back(path); }
+};
+
+std::string imageSlide(const std::string& src, uint32_t duration) {
+    return "<slide type=\"image\" src=\"" + src + "\" duration=\"" + std::to_string(duration) + "\" >\n</slide>\n";
+}
+
+}  // namespace
+
+TEST(ProjectFile, MissingPictures) {
+    TempDir dir;
+    std::filesystem::create_directories(dir.file("moved"));
+    writeTinyBmp(dir.file("here.bmp"));
+    writeTinyBmp(dir.file("moved/a.bmp"));
+    writeTinyBmp(dir.file("moved/b.bmp"));
+    writeTinyBmp(dir.file("other.bmp"));
+    const std::string gone = "/gone/away";
+    const std::string text =
+        project("", imageSlide(gone + "/a.bmp", 1) + imageSlide(dir.file("here.bmp"), 2) +
+                        imageSlide(gone + "/b.bmp", 3) + imageSlide(gone + "/c.bmp", 4));
+
+    // A batch run fails at the first missing picture and changes nothing.
+    SlideShow show;
+    PublishSettings publish;
+    show.fps = 30;
+    std::string error;
+    EXPECT_FALSE(load(text, show, publish, &error));
+    EXPECT_EQ(error, "The image file /gone/away/a.bmp could not be found.");
+    EXPECT_EQ(show.fps, 30.0f);
+    EXPECT_EQ(show.count(), 0);
+
+    // Relocate once; the folder is remembered for b; c is not there either
+    // and the user declines.
+    ScriptedHandler h;
+    h.choices = {MissingPictureHandler::Choice::Relocate, MissingPictureHandler::Choice::DontRelocate};
+    h.folder = dir.file("moved");
+    LoadOptions options;
+    options.handler = &h;
+    ASSERT_TRUE(load(text, show, publish, &error, options)) << error;
+    EXPECT_EQ(h.asked, (std::vector<std::string>{gone + "/a.bmp", gone + "/c.bmp"}));
+    ASSERT_EQ(show.count(), 3);
+    EXPECT_EQ(show.slideAt(0)->image.src, dir.file("moved/a.bmp"));
+    EXPECT_EQ(show.slideAt(1)->duration, 2u);
+    EXPECT_EQ(show.slideAt(2)->image.src, dir.file("moved/b.bmp"));
+
+    // Relocating to a folder without the file tells the user and drops the slide.
+    ScriptedHandler wrong;
+    wrong.choices = {MissingPictureHandler::Choice::Relocate};
+    wrong.folder = dir.path().string();
+    options.handler = &wrong;
+    ASSERT_TRUE(load(project("", imageSlide(gone + "/a.bmp", 1)), show, publish, &error, options));
+    EXPECT_EQ(show.count(), 0);
+    EXPECT_EQ(wrong.notRelocatedPaths, (std::vector<std::string>{gone + "/a.bmp"}));
+
+    // Replace takes the chosen picture; a dismissed chooser drops the slide.
+    ScriptedHandler replace;
+    replace.choices = {MissingPictureHandler::Choice::Replace};
+    replace.image = dir.file("other.bmp");
+    options.handler = &replace;
+    ASSERT_TRUE(load(project("", imageSlide(gone + "/a.bmp", 1)), show, publish, &error, options));
+    ASSERT_EQ(show.count(), 1);
+    EXPECT_EQ(show.slideAt(0)->image.src, dir.file("other.bmp"));
+    replace.choices = {MissingPictureHandler::Choice::Replace};
+    replace.image.reset();
+    ASSERT_TRUE(load(project("", imageSlide(gone + "/a.bmp", 1)), show, publish, &error, options));
+    EXPECT_EQ(show.count(), 0);
+
+    // Cancel fails the whole load and leaves the show as it was.
+    ASSERT_TRUE(load(project("fps=\"20\"", imageSlide(dir.file("here.bmp"), 9)), show, publish));
+    ScriptedHandler cancel;
+    cancel.choices = {MissingPictureHandler::Choice::Cancel};
+    options.handler = &cancel;
+    EXPECT_FALSE(load(project("fps=\"50\"", imageSlide(gone + "/a.bmp", 1)), show, publish, &error, options));
+    EXPECT_NE(error.find("/gone/away/a.bmp"), std::string::npos);
+    EXPECT_EQ(show.fps, 20.0f);
+    ASSERT_EQ(show.count(), 1);
+    EXPECT_EQ(show.slideAt(0)->duration, 9u);
+    EXPECT_EQ(show.slideAt(0)->show(), &show);
+}
+
+TEST(ProjectFile, DamagedFilesGiveAClearErrorAndChangeNothing) {
+    TempDir dir;
+    SlideShow show;
+    PublishSettings publish;
+    show.fps = 25;
+    publish.output = "/keep";
+    auto keep = show.createSlide(SlideType::Blank);
+    keep->duration = 77;
+    show.append(std::move(keep));
+    auto unchanged = [&] {
+        return show.fps == 25.0f && show.count() == 1 && show.slideAt(0)->duration == 77u && publish.output == "/keep";
+    };
+    std::string error;
+
+    EXPECT_FALSE(LoadProject(dir.file("absent.qpj"), show, publish, &error));
+    EXPECT_EQ(error, "The project could not be opened because the file was not found.");
+    EXPECT_FALSE(LoadProject(dir.path().string(), show, publish, &error));
+    EXPECT_NE(error.find("folder"), std::string::npos);
+
+    writeFile(dir.file("junk.qpj"), "this is not XML at all \x01\x02");
+    EXPECT_FALSE(LoadProject(dir.file("junk.qpj"), show, publish, &error));
+    EXPECT_NE(error.find("not a valid XML file"), std::string::npos) << error;
+
+    std::string full = project("fps=\"30\"", blankSlide() + blankSlide());
+    writeFile(dir.file("cut.qpj"), full.substr(0, full.size() / 2));
+    EXPECT_FALSE(LoadProject(dir.file("cut.qpj"), show, publish, &error));
+    EXPECT_NE(error.find("line"), std::string::npos) << error;
+
+    writeFile(dir.file("other.qpj"), "<xml version=\"1.0\">\n<slide_show fps=\"30\" />\n</xml>\n");
+    EXPECT_FALSE(LoadProject(dir.file("other.qpj"), show, publish, &error));
+    EXPECT_NE(error.find("no quillet element"), std::string::npos);
+    // The quillet element must sit below the wrapper.
+    writeFile(dir.file("bare.qpj"), "<quillet><slide_show fps=\"30\" /></quillet>");
+    EXPECT_FALSE(LoadProject(dir.file("bare.qpj"), show, publish, &error));
+
+    writeFile(dir.file("empty.qpj"), "");
+    EXPECT_FALSE(LoadProject(dir.file("empty.qpj"), show, publish, &error));
+
+    // Too large, and too many slides.
+    writeFile(dir.file("big.qpj"), full);
+    LoadOptions small;
+    small.maxFileSize = 100;
+    EXPECT_FALSE(LoadProject(dir.file("big.qpj"), show, publish, &error, small));
+    EXPECT_NE(error.find("too large"), std::string::npos);
+    LoadOptions few;
+    few.maxSlides = 1;
+    EXPECT_FALSE(LoadProject(dir.file("big.qpj"), show, publish, &error, few));
+    EXPECT_NE(error.find("more than 1 slides"), std::string::npos);
+    EXPECT_TRUE(unchanged());
+
+    // And a good file does replace everything.
+    ASSERT_TRUE(LoadProject(dir.file("big.qpj"), show, publish, &error)) << error;
+    EXPECT_EQ(show.count(), 2);
+    EXPECT_EQ(show.fps, 30.0f);
+}
+
+TEST(ProjectFile, SavingNeverDestroysThePreviousFile) {
+    TempDir dir;
+    SlideShow show;
+    PublishSettings publish;
+    std::filesystem::create_directories(dir.file("ro"));
+    const std::string path = dir.file("ro/show.qpj");
+    writeFile(path, "previous");
+    chmod(dir.file("ro").c_str(), 0555);
+    std::string error;
+    const bool saved = SaveProject(path, show, publish, &error);
+    chmod(dir.file("ro").c_str(), 0755);
+    if (geteuid() != 0) {  // root writes anywhere
+        EXPECT_FALSE(saved);
+        EXPECT_NE(error.find("could not be saved"), std::string::npos);
+        EXPECT_EQ(readFile(path), "previous");
+    }
+    ASSERT_TRUE(SaveProject(path, show, publish, &error)) << error;
+    EXPECT_EQ(readFile(path), ProjectText(show, publish));
+    size_t files = 0;
+    for ([[maybe_unused]] auto& e : std::filesystem::directory_iterator(dir.file("ro"))) ++files;
+    EXPECT_EQ(files, 1u);
+}
