@@ -442,6 +442,9 @@ bool SaveProject(const std::string& path, const SlideShow& show, const PublishSe
 
 bool LoadProjectText(std::string_view text, const std::string& projectFolder, SlideShow& show,
                      PublishSettings& publish, std::string* error, const LoadOptions& options) {
+    // Our files carry no encoding attribute and are read in the ansi mode,
+    // whatever a file read earlier in this run declared.
+    setCurrentTextEncoding(TextEncoding::Ansi);
     XmlReader reader;
     if (!reader.loadBuffer(text)) {
         if (error) *error = reader.error();

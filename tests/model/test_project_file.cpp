@@ -329,6 +329,15 @@ TEST(ProjectFile, PathsWithMarkupAndHighBytesRoundTrip) {
     SlideShow back;
     ASSERT_TRUE(LoadProject(dir.file("p.qpj"), back, publish, &error)) << error;
     EXPECT_EQ(back.slideAt(0)->image.src, odd);
+
+    // A file declaring UTF-8 gives its text as UTF-8; our own files read
+    // after it still come back byte for byte.
+    std::string utf8 = project("bg_image=\"caf\xc3\xa9\"");
+    replaceAll(utf8, "<xml version=\"1.0\">", "<xml version=\"1.0\" encoding=\"UTF-8\">");
+    ASSERT_TRUE(load(utf8, back, publish));
+    EXPECT_EQ(back.bgImage, "/nonexistent-project-folder/caf\xc3\xa9");
+    ASSERT_TRUE(LoadProject(dir.file("p.qpj"), back, publish, &error)) << error;
+    EXPECT_EQ(back.slideAt(0)->image.src, odd);
 }
 
 TEST(ProjectFile, RelativePathsAreTakenFromTheProjectFolder) {

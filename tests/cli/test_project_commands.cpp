@@ -1,0 +1,218 @@
+// The project commands of the quillet program: show, resave and list, driven
+// as a user would run them.
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+#include "effects/CameraEffect.h"
+#include "effects/Transition.h"
+#include "model/ProjectFile.h"
+#include "model/PublishSettings.h"
+#include "model/SlideShow.h"
+#include "support/TempDir.h"
+
+using namespace quillet;
+using quillet::test::readFile;
+using quillet::test::runCommand;
+using quillet::test::TempDir;
+using quillet::test::writeFile;
+
+namespace {
+
+std::string quote(const std::string& s) { return "'" + s + "'"; }
+
+struct Run {
+    int status;
+    std::string out;
+    std::string err;
+};
+
+Run quillet(const std::string& args, const TempDir& dir) {
+    Run r;
+    const std::string errFile = dir.file("stderr.txt");
+    r.status = runCommand(std::string(QUILLET_CLI) + " " + args + " 2>" + quote(errFile), &r.out);
+    r.err = readFile(errFile);
+    return r;
+}
+
+std::unique_ptr<Transition> transition(const char* name, uint32_t ms) {
+    auto t = TransitionRegistry::instance().Find(name)->Clone();
+    t->SetDuration(ms);
+    return t;
+}
+
+// A show of image and blank slides with captions, sounds and camera moves.
+void makeShow(const TempDir& dir, const std::string& path) {
+    for (const char* name : {"red.png", "sea view.png"}) {
+        std::string output;
+        ASSERT_EQ(runCommand("convert -size 64x48 xc:red " + quote(dir.file(name)), &output, true), 0) << output;
+    }
+    SlideShow show;
+    PublishSettings publish;
+
+    auto a = show.createSlide(SlideType::Image);
+    a->image.src = dir.file("red.png");
+    a->duration = 1500;
+    a->captions.items.emplace_back();
+    show.append(std::move(a));
+
+    auto b = show.createSlide(SlideType::Blank);
+    b->duration = 2000;
+    b->setTransitionIn(transition("Cross Fade", 1250));
+    auto move = std::make_unique<PanZoomEffect>();
+    move->duration = 3000;
+    b->addCameraEffect(std::move(move));
+    show.append(std::move(b));
+
+    auto c = show.createSlide(SlideType::Image);
+    c->image.src = dir.file("sea view.png");
+    c->duration = 60000;
+    c->setTransitionIn(transition("None", 5000));  // never counted
+    c->sound.include = true;
+    c->sound.sounds.push_back({dir.file("waves.mp3")});
+    c->captions.items.emplace_back();
+    c->addCameraEffect(MakeCameraEffect("none"));
+    show.append(std::move(c));
+
+    std::string error;
+    ASSERT_TRUE(SaveProject(path, show, publish, &error)) << error;
+}
+
+}  // namespace
+
+TEST(CliShow, PrintsTheStatusLineAndTheSlideRows) {
+    TempDir dir;
+    const std::string project = dir.file("trip.qpj");
+    makeShow(dir, project);
+    if (HasFatalFailure()) return;
+
+    Run r = quillet("show " + quote(project), dir);
+    ASSERT_EQ(r.status, 0) << r.err;
+    EXPECT_EQ(r.err, "");
+    // 1500 + (2000 + 1250 + 3000) + (60000 + 1000) = 68750 ms
+    EXPECT_EQ(r.out,
+              "3 Slides; Total Time: 01:08.75\n"
+              "Transition: None (0.00 sec)\n"
+              "1. red.png (1.50 sec)\n"
+              "Path: " + dir.file("red.png") + "\n"
+              "Has captions\n"
+              "Transition: Cross Fade (1.25 sec)\n"
+              "2. ( Blank Slide ) (2.00 sec)\n"
+              "Path: N/A\n"
+              "Has pan/zoom\n"
+              "Transition: None (0.00 sec)\n"
+              "3. sea view.png (60.00 sec)\n"
+              "Path: " + dir.file("sea view.png") + "\n"
+              "Has sound; captions; pan/zoom\n");
+
+    // One slide: the singular; no slides: the plural.
+    SlideShow one;
+    PublishSettings publish;
+    auto s = one.createSlide(SlideType::Blank);
+    s->duration = 1500;
+    one.append(std::move(s));
+    ASSERT_TRUE(SaveProject(dir.file("one.qpj"), one, publish));
+    r = quillet("show " + quote(dir.file("one.qpj")), dir);
+    EXPECT_EQ(r.out.substr(0, r.out.find('\n')), "1 Slide; Total Time: 00:01.50");
+    SlideShow none;
+    ASSERT_TRUE(SaveProject(dir.file("none.qpj"), none, publish));
+    r = quillet("show " + quote(dir.file("none.qpj")), dir);
+    EXPECT_EQ(r.status, 0);
+    EXPECT_EQ(r.out, "0 Slides; Total Time: 00:00.00\n");
+}
+
+TEST(CliShow, ErrorsNameTheFileAndTheProblem) {
+    TempDir dir;
+    Run r = quillet("show " + quote(dir.file("absent.qpj")), dir);
+    EXPECT_EQ(r.status, 1);
+    EXPECT_EQ(r.out, "");
+    EXPECT_EQ(r.err, "quillet: " + dir.file("absent.qpj") +
+                         ": The project could not be opened because the file was not found.\n");
+
+    writeFile(dir.file("bad.qpj"), "<xml version=\"1.0\">\n<quillet>\n<slide_show fps=\"12\">\n");
+    r = quillet("show " + quote(dir.file("bad.qpj")), dir);
+    EXPECT_EQ(r.status, 1);
+    EXPECT_NE(r.err.find(dir.file("bad.qpj") + ": not a valid XML file"), std::string::npos) << r.err;
+
+    writeFile(dir.file("foreign.qpj"), "<xml version=\"1.0\">\n<project />\n</xml>\n");
+    r = quillet("show " + quote(dir.file("foreign.qpj")), dir);
+    EXPECT_EQ(r.status, 1);
+    EXPECT_NE(r.err.find("no quillet element"), std::string::npos) << r.err;
+
+    // A picture that is gone fails the load in a batch run and names the picture.
+    makeShow(dir, dir.file("trip.qpj"));
+    if (HasFatalFailure()) return;
+    std::filesystem::remove(dir.file("sea view.png"));
+    r = quillet("show " + quote(dir.file("trip.qpj")), dir);
+    EXPECT_EQ(r.status, 1);
+    EXPECT_EQ(r.out, "");
+    EXPECT_EQ(r.err, "quillet: " + dir.file("trip.qpj") + ": The image file " + dir.file("sea view.png") +
+                         " could not be found.\n");
+
+    r = quillet("show", dir);
+    EXPECT_EQ(r.status, 2);
+    EXPECT_NE(r.err.find("usage: quillet show SHOW.qpj"), std::string::npos);
+    r = quillet("show a.qpj b.qpj", dir);
+    EXPECT_EQ(r.status, 2);
+    r = quillet("show --frobnicate a.qpj", dir);
+    EXPECT_EQ(r.status, 2);
+}
+
+TEST(CliResave, WritesTheSameProjectAgain) {
+    TempDir dir;
+    const std::string project = dir.file("trip.qpj");
+    makeShow(dir, project);
+    if (HasFatalFailure()) return;
+
+    Run r = quillet("resave " + quote(project) + " -o " + quote(dir.file("copy.qpj")), dir);
+    ASSERT_EQ(r.status, 0) << r.err;
+    EXPECT_EQ(readFile(dir.file("copy.qpj")), readFile(project));
+    std::string output;
+    EXPECT_EQ(runCommand("xmllint --noout " + quote(dir.file("copy.qpj")), &output, true), 0) << output;
+
+    // A file in an older hand: missing attributes take their defaults.
+    writeFile(dir.file("old.qpj"),
+              "<xml version=\"1.0\">\n<quillet>\n<slide_show width=\"400\" fps=\"0\">\n<slides>\n"
+              "<slide type=\"blank\" duration=\"900\" />\n</slides>\n</slide_show>\n</quillet>\n</xml>\n");
+    r = quillet("resave " + quote(dir.file("old.qpj")) + " --output " + quote(dir.file("new.qpj")), dir);
+    ASSERT_EQ(r.status, 0) << r.err;
+    const std::string text = readFile(dir.file("new.qpj"));
+    EXPECT_NE(text.find("<slide_show width=\"400\" height=\"240\" fps=\"12\""), std::string::npos);
+    EXPECT_NE(text.find("show_bounds_right=\"400\""), std::string::npos);
+    EXPECT_NE(text.find("duration=\"900\""), std::string::npos);
+
+    // The output cannot be written: the message names it, nothing is left behind.
+    r = quillet("resave " + quote(project) + " -o " + quote(dir.file("no/such/folder/x.qpj")), dir);
+    EXPECT_EQ(r.status, 1);
+    EXPECT_NE(r.err.find(dir.file("no/such/folder/x.qpj") + ": the project could not be saved"), std::string::npos)
+        << r.err;
+
+    r = quillet("resave " + quote(project), dir);
+    EXPECT_EQ(r.status, 2);
+    r = quillet("resave " + quote(dir.file("absent.qpj")) + " -o " + quote(dir.file("x.qpj")), dir);
+    EXPECT_EQ(r.status, 1);
+    EXPECT_FALSE(std::filesystem::exists(dir.file("x.qpj")));
+}
+
+TEST(CliList, NamesInRegistryOrder) {
+    TempDir dir;
+    Run r = quillet("list transitions", dir);
+    ASSERT_EQ(r.status, 0);
+    std::string expected;
+    const TransitionRegistry& transitions = TransitionRegistry::instance();
+    for (size_t i = 0; i < transitions.count(); ++i) expected += transitions.At(static_cast<int>(i))->name() + "\n";
+    EXPECT_EQ(r.out, expected);
+    EXPECT_EQ(r.out.substr(0, 22), "Blinds In\nBlinds Out\n");  // sorted by name
+
+    EXPECT_EQ(quillet("list effects", dir).out, "None\nBubbles\nFireworks\nHearts\nOld Movie\nSnow\nStrobe\n");
+    EXPECT_EQ(quillet("list camera", dir).out, "none\npan_zoom\n");
+    r = quillet("list filters", dir);
+    EXPECT_EQ(r.status, 0);
+    EXPECT_EQ(r.out.substr(0, 24), "Add Noise\nBlack & White\n");
+    EXPECT_EQ(std::count(r.out.begin(), r.out.end(), '\n'), 20);
+
+    r = quillet("list colours", dir);
+    EXPECT_EQ(r.status, 2);
+    EXPECT_NE(r.err.find("unknown list 'colours'"), std::string::npos);
+    EXPECT_EQ(quillet("list", dir).status, 2);
+}
