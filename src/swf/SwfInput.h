@@ -19,6 +19,8 @@ public:
     SwfInput(const uint8_t* data, size_t size, uint8_t movieVersion = 10);
     explicit SwfInput(const std::vector<uint8_t>& data, uint8_t movieVersion = 10)
         : SwfInput(data.data(), data.size(), movieVersion) {}
+    // The reader keeps a pointer to the bytes: a temporary would dangle.
+    SwfInput(std::vector<uint8_t>&&, uint8_t = 10) = delete;
 
     bool ok() const { return error_.empty(); }
     const std::string& error() const { return error_; }
