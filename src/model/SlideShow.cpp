@@ -107,6 +107,12 @@ bool SlideShow::setHeight(int height) {
     return true;
 }
 
+bool SlideShow::setSize(int width, int height) {
+    const bool widthTaken = setWidth(width);
+    const bool heightTaken = setHeight(height);
+    return widthTaken && heightTaken;
+}
+
 std::unique_ptr<Slide> SlideShow::createSlide(SlideType type) { return std::make_unique<Slide>(type, this); }
 
 Slide* SlideShow::slideAt(int index) const {

@@ -60,7 +60,7 @@ public:
     // and the size stays. The slides are not refitted (see refitAll).
     bool setWidth(int width);
     bool setHeight(int height);
-    bool setSize(int width, int height) { return setWidth(width) & setHeight(height); }
+    bool setSize(int width, int height);
 
     // The visible rectangle of the stage, pixels.
     int showBoundsLeft = 0, showBoundsTop = 0, showBoundsRight = 320, showBoundsBottom = 240;
