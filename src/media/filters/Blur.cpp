@@ -1,5 +1,6 @@
-// "Blur".
+// "Blur": a light, fixed blur with the binomial 1-4-6-4-1 kernel both ways.
 #include "media/filters/FilterBase.h"
+#include "media/filters/Neighbourhood.h"
 
 namespace quillet::filters {
 namespace {
@@ -10,6 +11,8 @@ public:
 
     bool Apply(Bitmap& bitmap) const override {
         if (!isFilterable(bitmap)) return false;
+        const std::vector<float> k{1 / 16.f, 4 / 16.f, 6 / 16.f, 4 / 16.f, 1 / 16.f};
+        ConvolveSeparable(bitmap, k, k);
         return true;
     }
 };

@@ -1,5 +1,10 @@
-// "Edge".
+// "Edge": edge detection with a Laplacian-style kernel whose reach is the
+// radius: every neighbour -1, the centre the count of the neighbours, so
+// flat areas turn black and edges light up.
+#include <cmath>
+
 #include "media/filters/FilterBase.h"
+#include "media/filters/Neighbourhood.h"
 
 namespace quillet::filters {
 namespace {
@@ -10,6 +15,12 @@ public:
 
     bool Apply(Bitmap& bitmap) const override {
         if (!isFilterable(bitmap)) return false;
+        int r = static_cast<int>(std::ceil(value(0)));
+        if (r < 1) r = 1;
+        const int size = 2 * r + 1;
+        std::vector<float> k(static_cast<size_t>(size) * size, -1.0f);
+        k[k.size() / 2] = static_cast<float>(size * size - 1);
+        Convolve(bitmap, k, size, 1.0f, 0.0f);
         return true;
     }
 };

@@ -1,6 +1,10 @@
-// "Gaussian Blur": radius on the panel and in the file; the spread (sigma)
-// is kept in memory only.
+// "Gaussian Blur": Gaussian weights of the given spread (sigma) out to the
+// given radius. The radius is on the panel and in the file; the spread is
+// kept in memory only.
+#include <cmath>
+
 #include "media/filters/FilterBase.h"
+#include "media/filters/Neighbourhood.h"
 
 namespace quillet::filters {
 namespace {
@@ -9,8 +13,17 @@ class GaussianBlur : public Cloneable<GaussianBlur, ParamFilter> {
 public:
     GaussianBlur() : Cloneable("Gaussian Blur", {{FilterOption::Kind::Real, "Threshold:", "radius", 5.0, 0, 32}}) {}
 
+    double sigma() const { return sigma_; }
+    void setSigma(double s) { sigma_ = s > 0.0 ? s : sigma_; }
+
     bool Apply(Bitmap& bitmap) const override {
         if (!isFilterable(bitmap)) return false;
+        double radius = value(0);
+        // A radius of 0 lets the spread choose the reach (three sigmas).
+        int r = radius > 0.0 ? static_cast<int>(std::ceil(radius)) : static_cast<int>(std::ceil(3.0 * sigma_));
+        if (r < 1) return true;
+        const auto k = GaussianWeights(sigma_, r);
+        ConvolveSeparable(bitmap, k, k);
         return true;
     }
 

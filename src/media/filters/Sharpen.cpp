@@ -1,5 +1,7 @@
-// "Sharpen".
+// "Sharpen": the classic 3x3 sharpening kernel (centre 5, the four
+// neighbours -1), which steepens every edge.
 #include "media/filters/FilterBase.h"
+#include "media/filters/Neighbourhood.h"
 
 namespace quillet::filters {
 namespace {
@@ -10,6 +12,7 @@ public:
 
     bool Apply(Bitmap& bitmap) const override {
         if (!isFilterable(bitmap)) return false;
+        Convolve(bitmap, {0, -1, 0, -1, 5, -1, 0, -1, 0}, 3, 1.0f, 0.0f);
         return true;
     }
 };
