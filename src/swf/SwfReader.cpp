@@ -147,7 +147,8 @@ bool SwfReader::ReadFile(const std::string& path) {
     }
     std::vector<uint8_t> data;
     std::string why;
-    if (std::memcmp(sig, "CWS", 3) == 0) {
+    const bool compressed = std::memcmp(sig, "CWS", 3) == 0;
+    if (compressed) {
         uint32_t declared = 0;
         for (int i = 7; i >= 4; --i) declared = declared << 8 | static_cast<uint8_t>(sig[i]);
         if (declared > kMaxMovieBytes) return Fail("the length field says " + std::to_string(declared) + " bytes, too large");
@@ -165,7 +166,7 @@ bool SwfReader::ReadFile(const std::string& path) {
     } else {
         if (!ReadWholeFile(path, data, why)) return Fail(why);
     }
-    return ReadMemoryPlain(data);
+    return ReadMemoryPlain(data, compressed);
 }
 
 bool SwfReader::ReadMemory(const uint8_t* data, size_t size) {
@@ -184,16 +185,17 @@ bool SwfReader::ReadMemory(const uint8_t* data, size_t size) {
         std::string why;
         if (!ZlibExpand(data + 8, size - 8, declared - 8, rest, &why)) return Fail(why);
         movie.insert(movie.end(), rest.begin(), rest.end());
-        return ReadMemoryPlain(movie);
+        return ReadMemoryPlain(movie, true);
     }
-    return ReadMemoryPlain(std::vector<uint8_t>(data, data + size));
+    return ReadMemoryPlain(std::vector<uint8_t>(data, data + size), false);
 }
 
-bool SwfReader::ReadMemoryPlain(const std::vector<uint8_t>& movie) {
+bool SwfReader::ReadMemoryPlain(const std::vector<uint8_t>& movie, bool compressed) {
     if (movie.size() < 8) return Fail("too short to be a movie");
     if (std::memcmp(movie.data(), "ZWS", 3) == 0) return Fail("LZMA-compressed movies (ZWS) are not supported");
     if (std::memcmp(movie.data(), "FWS", 3) != 0) return Fail("not a movie: it does not begin with FWS or CWS");
     header_ = SwfHeader();
+    header_.compressed = compressed;
     header_.version = movie[3];
     header_.fileLength = static_cast<uint32_t>(movie[4] | movie[5] << 8 | movie[6] << 16 | uint32_t(movie[7]) << 24);
     if (header_.fileLength != movie.size())

@@ -17,17 +17,10 @@
 #include <vector>
 
 #include "swf/SwfTag.h"
+#include "swf/SwfTagLocation.h"
 #include "swf/SwfWriter.h"
 
 namespace quillet {
-
-// Where a top-level tag sat in the (uncompressed) movie.
-struct SwfTagLocation {
-    uint16_t code = 0;
-    uint64_t offset = 0;      // of the tag header, in the uncompressed movie
-    uint32_t headerLength = 2;  // 2 or 6
-    uint32_t bodyLength = 0;
-};
 
 class SwfReader {
 public:
@@ -50,7 +43,7 @@ public:
     std::vector<std::unique_ptr<SwfTag>> TakeTags();
 
 private:
-    bool ReadMemoryPlain(const std::vector<uint8_t>& movie);
+    bool ReadMemoryPlain(const std::vector<uint8_t>& movie, bool compressed);
     bool Fail(const std::string& reason);
 
     SwfHeader header_;

@@ -10,6 +10,7 @@ void DefineSpriteTag::OffsetIds(int16_t delta) {
 }
 
 SwfTag& DefineSpriteTag::Add(std::unique_ptr<SwfTag> tag) {
+    locations_.clear();
     tags_.push_back(std::move(tag));
     return *tags_.back();
 }
@@ -33,9 +34,10 @@ void DefineSpriteTag::ReadBody(SwfInput& body) {
     id_ = body.ReadU16();
     frameCount_ = body.ReadU16();
     tags_.clear();
+    locations_.clear();
     if (!body.ok()) return;
     ++body.depth;
-    ReadSwfTags(body, tags_);
+    ReadSwfTags(body, tags_, &locations_, 0);
     --body.depth;
 }
 

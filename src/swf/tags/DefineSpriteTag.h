@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "swf/SwfTag.h"
+#include "swf/SwfTagLocation.h"
 
 namespace quillet {
 
@@ -31,6 +32,9 @@ public:
     // The frame count written: the set value, else the ShowFrame tags counted.
     uint16_t FrameCount() const;
     void SetFrameCount(uint16_t frames) { frameCount_ = frames; }
+    // Where each tag sat inside the body when the sprite was read (offsets
+    // from the start of the body); empty for sprites built in code.
+    const std::vector<SwfTagLocation>& Locations() const { return locations_; }
 
 protected:
     void WriteBody(SwfStream& body) const override;
@@ -39,6 +43,7 @@ protected:
 private:
     std::vector<std::unique_ptr<SwfTag>> tags_;
     std::optional<uint16_t> frameCount_;
+    std::vector<SwfTagLocation> locations_;
 };
 
 }  // namespace quillet
