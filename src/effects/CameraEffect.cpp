@@ -2,6 +2,9 @@
 
 #include <cstdio>
 
+#include "effects/SlideRender.h"
+#include "swf/SwfTags.h"
+#include "swf/SwfWriter.h"
 #include "xml/XmlReader.h"
 #include "xml/XmlWriter.h"
 
@@ -32,6 +35,32 @@ void CameraEffect::WriteXml(XmlWriter& writer) const {
 
 int CameraEffect::FrameCount(float fps) const {
     return static_cast<int>(static_cast<double>(duration) * 0.001 * static_cast<double>(fps) + 0.5);
+}
+
+void CameraEffect::Render(SlideOnStage& slide, MovieContext& ctx) const {
+    for (int n = FrameCount(ctx.fps); n > 0; --n) ShowFrame(ctx);
+}
+
+void PanZoomEffect::Render(SlideOnStage& slide, MovieContext& ctx) const {
+    const int n = FrameCount(ctx.fps);
+    double sx = slide.matrix.scaleX / 65536.0;
+    double sy = slide.matrix.scaleY / 65536.0;
+    int32_t tx = slide.matrix.translateX;
+    int32_t ty = slide.matrix.translateY;
+    const double dz = n > 0 ? (zoom - sx) / n : 0;
+    const double dx = n > 0 ? static_cast<double>(panX) / n : 0;
+    const double dy = n > 0 ? static_cast<double>(panY) / n : 0;
+    auto fixed = [](double v) { return static_cast<int32_t>(v * 65536.0 + 0.5); };
+    for (int i = 0; i < n; ++i) {
+        tx = static_cast<int32_t>(tx + dx);
+        ty = static_cast<int32_t>(ty + dy);
+        sx += dz;
+        sy += dz;
+        if (slide.characterId != 0)
+            ctx.movie.AddTag(PlaceObject2Tag::Modify(slide.depth, SwfMatrix::Scale(fixed(sx), fixed(sy), tx, ty)));
+        ShowFrame(ctx);
+    }
+    slide.matrix = SwfMatrix::Scale(fixed(sx), fixed(sy), tx, ty);
 }
 
 // ---------------------------------------------------------------------------

@@ -12,6 +12,8 @@ namespace quillet {
 
 class XmlNode;
 class XmlWriter;
+struct SlideOnStage;
+struct MovieContext;
 
 class CameraEffect {
 public:
@@ -31,6 +33,9 @@ public:
 
     // Frames the effect takes at the movie's frame rate, rounded.
     int FrameCount(float fps) const;
+    // Writes the effect's frames for the slide. The still camera holds the
+    // slide for its frames; a move updates the slide's matrix to its end state.
+    virtual void Render(SlideOnStage& slide, MovieContext& ctx) const;
 
 protected:
     CameraEffect(const CameraEffect&) = default;
@@ -56,6 +61,10 @@ public:
     std::unique_ptr<CameraEffect> Clone() const override;
     void ReadXml(const XmlNode& element) override;
     void WriteXml(XmlWriter& writer) const override;
+    // Moves and scales the slide linearly from its current matrix: both
+    // scales by the same step (from the X scale), translation truncated to
+    // whole twips on every frame (so a fractional step falls a little short).
+    void Render(SlideOnStage& slide, MovieContext& ctx) const override;
 };
 
 // A camera effect from a `camera_fx` element, chosen by its exact `name`;

@@ -5,6 +5,7 @@
 #include <cstdlib>
 
 #include "effects/NameCompare.h"
+#include "effects/SlideRender.h"
 #include "xml/XmlReader.h"
 #include "xml/XmlWriter.h"
 
@@ -64,6 +65,13 @@ std::vector<TransitionOption> Transition::Options() const { return {}; }
 double Transition::OptionValue(size_t index) const { return 0; }
 
 bool Transition::SetOptionValue(size_t index, double value) { return false; }
+
+bool Transition::Render(SlideOnStage* incoming, SlideOnStage* outgoing, MovieContext& ctx) const {
+    if (!placesSlides_) return true;
+    PlaceSlide(incoming, ctx);
+    RemoveSlide(outgoing, ctx);
+    return true;
+}
 
 int Transition::FrameCount(float fps) const {
     return static_cast<int>(static_cast<double>(duration_) * 0.001 * static_cast<double>(fps) + 0.5);

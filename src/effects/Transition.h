@@ -17,6 +17,8 @@ namespace quillet {
 
 class XmlNode;
 class XmlWriter;
+struct SlideOnStage;
+struct MovieContext;
 
 // Declarative description of one option control of a transition, rendered by
 // the desktop panel. Labels, ids and items are shown exactly as they stand.
@@ -69,6 +71,13 @@ public:
     virtual void WriteOptions(XmlWriter& writer) const;
     // The panel's option controls; empty for classes without options.
     virtual std::vector<TransitionOption> Options() const;
+
+    // Writes the transition into the movie where `incoming` is to appear:
+    // places it, writes the frames (each ended by one ShowFrame), removes
+    // `outgoing` (null for the first slide). The base ("None") only places
+    // and removes, so the change is instantaneous; it writes nothing when the
+    // transition does not place slides.
+    virtual bool Render(SlideOnStage* incoming, SlideOnStage* outgoing, MovieContext& ctx) const;
 
     // Option values by the index of Options(), in the units of the control:
     // a list index, a number, 0/1 for a check box (as the box shows it), a

@@ -1,0 +1,119 @@
+#include "movie/SlideStep.h"
+
+#include <cstdio>
+
+#include "effects/CameraEffect.h"
+#include "effects/Transition.h"
+#include "media/SlidePicture.h"
+#include "model/Slide.h"
+#include "swf/ShowScripts.h"
+#include "swf/SwfActions.h"
+#include "swf/SwfTags.h"
+#include "swf/SwfWriter.h"
+
+namespace quillet {
+
+SlideStep::SlideStep(SwfWriter& writer, float fps, uint16_t& nextCharacterId, uint16_t& nextDepth)
+    : writer_(writer), ctx_{writer, fps, nextCharacterId, nextDepth} {}
+
+int SlideStep::HoldFrames(uint32_t durationMs, float fps) {
+    // Truncated, not rounded: 2500 ms at 12 fps hold 30 frames, 50 ms none.
+    return static_cast<int>(durationMs * 0.001 * fps);
+}
+
+int SlideStep::SlideFrames(const Slide& slide, float fps) {
+    int frames = slide.transitionIn().name() == "None" ? 0 : slide.transitionIn().FrameCount(fps);
+    for (const auto& move : slide.cameraEffects()) {
+        int n = static_cast<int>(move->duration * 0.001 * fps + 0.5);
+        if (n > 0) frames += n;
+    }
+    return frames + HoldFrames(slide.duration, fps);
+}
+
+void SlideStep::WriteLabel(const char* format, int index) {
+    char label[48];
+    std::snprintf(label, sizeof label, format, index);
+    writer_.AddTag(std::make_unique<FrameLabelTag>(label));
+    SwfActionList actions;
+    AppendSetCurrentSlide(actions, index);
+    writer_.AddTag(std::make_unique<DoActionTag>(std::move(actions)));
+}
+
+uint16_t SlideStep::DefineBackgroundShape(const SlideStepInput& in) {
+    // A blank slide (or one whose picture could not be used) shows the
+    // background: a stage-sized rectangle of the background colour, so that
+    // transitions into and out of it look as they would with a picture.
+    uint16_t id = ctx_.NewCharacterId();
+    SwfRect rect = SwfRect::FromPixels(0, 0, in.stageWidth, in.stageHeight);
+    writer_.AddTag(DefineShapeTag::Rectangle(id, rect, SwfFillStyle::MakeSolid(SwfColor::FromRgb(in.backgroundColor))));
+    return id;
+}
+
+uint16_t SlideStep::DefinePicture(const SlideStepInput& in, SlideOnStage& stage) {
+    const SlideImage& image = in.slide->image;
+    PreparedPicture& picture = *in.picture;
+    const int32_t w = static_cast<int32_t>(picture.width) * kTwipsPerPixel;
+    const int32_t h = static_cast<int32_t>(picture.height) * kTwipsPerPixel;
+    stage.width = w;
+    stage.height = h;
+
+    if (picture.type == ImageType::JpegExternal) {
+        // An empty clip that loads the picture file when the movie plays. The
+        // outer sprite is the slide's character; the inner one, scaled from
+        // the file's own size to the slide's, receives the picture.
+        uint16_t innerId = ctx_.NewCharacterId();
+        auto inner = std::make_unique<DefineSpriteTag>(innerId);
+        inner->Add(std::make_unique<ShowFrameTag>());
+        writer_.AddTag(std::move(inner));
+
+        std::string target = ExternalJpegTargetName(++externalCounter_);
+        uint16_t outerId = ctx_.NewCharacterId();
+        auto outer = std::make_unique<DefineSpriteTag>(outerId);
+        auto place = PlaceObject2Tag::Place(
+            1, innerId, SwfMatrix::Scale(picture.externalScaleX, picture.externalScaleY));
+        place->name = target;
+        outer->Add(std::move(place));
+        SwfActionList load;
+        auto& push = load.Emplace<ActionPush>();
+        push.String(image.src).String(target);
+        load.Emplace<ActionGetURL2>(0, true, false);  // loadMovie(src, target)
+        load.Emplace<ActionStop>();
+        outer->Add(std::make_unique<DoActionTag>(std::move(load)));
+        outer->Add(std::make_unique<ShowFrameTag>());
+        writer_.AddTag(std::move(outer));
+        return outerId;
+    }
+
+    uint16_t bitmapId = ctx_.NewCharacterId();
+    writer_.AddTag(MakeBitmapTag(picture, bitmapId));
+    uint16_t shapeId = ctx_.NewCharacterId();
+    SwfMatrix fill = SwfMatrix::Scale(BitmapFillScale(image, true), BitmapFillScale(image, false));
+    writer_.AddTag(DefineShapeTag::Rectangle(shapeId, SwfRect(0, w, 0, h), SwfFillStyle::MakeBitmap(bitmapId, fill)));
+    return shapeId;
+}
+
+SlideOnStage SlideStep::WriteSlide(const SlideStepInput& in, SlideOnStage* outgoing) {
+    const Slide& slide = *in.slide;
+    SlideOnStage stage;
+    stage.number = in.index;
+    if (in.picture && in.picture->ok) {
+        stage.characterId = DefinePicture(in, stage);
+        stage.x = slide.image.x * kTwipsPerPixel;
+        stage.y = slide.image.y * kTwipsPerPixel;
+    } else {
+        stage.characterId = DefineBackgroundShape(in);
+        stage.width = in.stageWidth * kTwipsPerPixel;
+        stage.height = in.stageHeight * kTwipsPerPixel;
+    }
+    stage.depth = ctx_.NewDepth();
+    stage.matrix = SwfMatrix::Translate(stage.x, stage.y);
+
+    WriteLabel("slidepre_%d", in.index);
+    slide.transitionIn().Render(&stage, outgoing, ctx_);
+    WriteLabel("slide_%d", in.index);
+    for (const auto& move : slide.cameraEffects()) move->Render(stage, ctx_);
+    for (int i = HoldFrames(slide.duration, ctx_.fps); i > 0; --i) ShowFrame(ctx_);
+    return stage;
+}
+
+}  // namespace quillet

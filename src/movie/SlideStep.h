@@ -1,0 +1,49 @@
+// Writes the frames of one slide: its picture character, the shape that
+// shows it, the frame labels with their slide-index scripts, the entrance
+// transition, the camera moves and the hold frames.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "effects/SlideRender.h"
+
+namespace quillet {
+
+class Slide;
+class SwfWriter;
+struct PreparedPicture;
+
+struct SlideStepInput {
+    const Slide* slide = nullptr;
+    int index = 0;                       // 1-based
+    PreparedPicture* picture = nullptr;  // prepared ahead; null for a blank slide
+    uint32_t backgroundColor = 0;        // 0x00RRGGBB, what a blank slide shows
+    int stageWidth = 0, stageHeight = 0; // pixels
+};
+
+class SlideStep {
+public:
+    SlideStep(SwfWriter& writer, float fps, uint16_t& nextCharacterId, uint16_t& nextDepth);
+
+    // Writes slide `in.index`; `outgoing` is the slide shown before it (null
+    // for the first). Returns the incoming slide's state on the stage, which
+    // becomes the outgoing one of the next step.
+    SlideOnStage WriteSlide(const SlideStepInput& in, SlideOnStage* outgoing);
+    // Frames the slide adds to the movie (transition + camera + hold).
+    static int SlideFrames(const Slide& slide, float fps);
+    // The hold after the camera moves: trunc(duration * 0.001 * fps).
+    static int HoldFrames(uint32_t durationMs, float fps);
+
+private:
+    uint16_t DefinePicture(const SlideStepInput& in, SlideOnStage& stage);
+    uint16_t DefineBackgroundShape(const SlideStepInput& in);
+    void WriteLabel(const char* format, int index);
+
+    SwfWriter& writer_;
+    MovieContext ctx_;
+    int externalCounter_ = 0;
+};
+
+}  // namespace quillet
