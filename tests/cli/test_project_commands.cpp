@@ -21,14 +21,14 @@ namespace {
 
 std::string quote(const std::string& s) { return "'" + s + "'"; }
 
-struct Run {
+struct CliRun {
     int status;
     std::string out;
     std::string err;
 };
 
-Run quillet(const std::string& args, const TempDir& dir) {
-    Run r;
+CliRun runQuillet(const std::string& args, const TempDir& dir) {
+    CliRun r;
     const std::string errFile = dir.file("stderr.txt");
     r.status = runCommand(std::string(QUILLET_CLI) + " " + args + " 2>" + quote(errFile), &r.out);
     r.err = readFile(errFile);
@@ -86,7 +86,7 @@ TEST(CliShow, PrintsTheStatusLineAndTheSlideRows) {
     makeShow(dir, project);
     if (HasFatalFailure()) return;
 
-    Run r = quillet("show " + quote(project), dir);
+    CliRun r = runQuillet("show " + quote(project), dir);
     ASSERT_EQ(r.status, 0) << r.err;
     EXPECT_EQ(r.err, "");
     // 1500 + (2000 + 1250 + 3000) + (60000 + 1000) = 68750 ms
@@ -112,30 +112,30 @@ TEST(CliShow, PrintsTheStatusLineAndTheSlideRows) {
     s->duration = 1500;
     one.append(std::move(s));
     ASSERT_TRUE(SaveProject(dir.file("one.qpj"), one, publish));
-    r = quillet("show " + quote(dir.file("one.qpj")), dir);
+    r = runQuillet("show " + quote(dir.file("one.qpj")), dir);
     EXPECT_EQ(r.out.substr(0, r.out.find('\n')), "1 Slide; Total Time: 00:01.50");
     SlideShow none;
     ASSERT_TRUE(SaveProject(dir.file("none.qpj"), none, publish));
-    r = quillet("show " + quote(dir.file("none.qpj")), dir);
+    r = runQuillet("show " + quote(dir.file("none.qpj")), dir);
     EXPECT_EQ(r.status, 0);
     EXPECT_EQ(r.out, "0 Slides; Total Time: 00:00.00\n");
 }
 
 TEST(CliShow, ErrorsNameTheFileAndTheProblem) {
     TempDir dir;
-    Run r = quillet("show " + quote(dir.file("absent.qpj")), dir);
+    CliRun r = runQuillet("show " + quote(dir.file("absent.qpj")), dir);
     EXPECT_EQ(r.status, 1);
     EXPECT_EQ(r.out, "");
     EXPECT_EQ(r.err, "quillet: " + dir.file("absent.qpj") +
                          ": The project could not be opened because the file was not found.\n");
 
     writeFile(dir.file("bad.qpj"), "<xml version=\"1.0\">\n<quillet>\n<slide_show fps=\"12\">\n");
-    r = quillet("show " + quote(dir.file("bad.qpj")), dir);
+    r = runQuillet("show " + quote(dir.file("bad.qpj")), dir);
     EXPECT_EQ(r.status, 1);
     EXPECT_NE(r.err.find(dir.file("bad.qpj") + ": not a valid XML file"), std::string::npos) << r.err;
 
     writeFile(dir.file("foreign.qpj"), "<xml version=\"1.0\">\n<project />\n</xml>\n");
-    r = quillet("show " + quote(dir.file("foreign.qpj")), dir);
+    r = runQuillet("show " + quote(dir.file("foreign.qpj")), dir);
     EXPECT_EQ(r.status, 1);
     EXPECT_NE(r.err.find("no quillet element"), std::string::npos) << r.err;
 
@@ -143,18 +143,18 @@ TEST(CliShow, ErrorsNameTheFileAndTheProblem) {
     makeShow(dir, dir.file("trip.qpj"));
     if (HasFatalFailure()) return;
     std::filesystem::remove(dir.file("sea view.png"));
-    r = quillet("show " + quote(dir.file("trip.qpj")), dir);
+    r = runQuillet("show " + quote(dir.file("trip.qpj")), dir);
     EXPECT_EQ(r.status, 1);
     EXPECT_EQ(r.out, "");
     EXPECT_EQ(r.err, "quillet: " + dir.file("trip.qpj") + ": The image file " + dir.file("sea view.png") +
                          " could not be found.\n");
 
-    r = quillet("show", dir);
+    r = runQuillet("show", dir);
     EXPECT_EQ(r.status, 2);
     EXPECT_NE(r.err.find("usage: quillet show SHOW.qpj"), std::string::npos);
-    r = quillet("show a.qpj b.qpj", dir);
+    r = runQuillet("show a.qpj b.qpj", dir);
     EXPECT_EQ(r.status, 2);
-    r = quillet("show --frobnicate a.qpj", dir);
+    r = runQuillet("show --frobnicate a.qpj", dir);
     EXPECT_EQ(r.status, 2);
 }
 
@@ -164,7 +164,7 @@ TEST(CliResave, WritesTheSameProjectAgain) {
     makeShow(dir, project);
     if (HasFatalFailure()) return;
 
-    Run r = quillet("resave " + quote(project) + " -o " + quote(dir.file("copy.qpj")), dir);
+    CliRun r = runQuillet("resave " + quote(project) + " -o " + quote(dir.file("copy.qpj")), dir);
     ASSERT_EQ(r.status, 0) << r.err;
     EXPECT_EQ(readFile(dir.file("copy.qpj")), readFile(project));
     std::string output;
@@ -174,7 +174,7 @@ TEST(CliResave, WritesTheSameProjectAgain) {
     writeFile(dir.file("old.qpj"),
               "<xml version=\"1.0\">\n<quillet>\n<slide_show width=\"400\" fps=\"0\">\n<slides>\n"
               "<slide type=\"blank\" duration=\"900\" />\n</slides>\n</slide_show>\n</quillet>\n</xml>\n");
-    r = quillet("resave " + quote(dir.file("old.qpj")) + " --output " + quote(dir.file("new.qpj")), dir);
+    r = runQuillet("resave " + quote(dir.file("old.qpj")) + " --output " + quote(dir.file("new.qpj")), dir);
     ASSERT_EQ(r.status, 0) << r.err;
     const std::string text = readFile(dir.file("new.qpj"));
     EXPECT_NE(text.find("<slide_show width=\"400\" height=\"240\" fps=\"12\""), std::string::npos);
@@ -182,37 +182,37 @@ TEST(CliResave, WritesTheSameProjectAgain) {
     EXPECT_NE(text.find("duration=\"900\""), std::string::npos);
 
     // The output cannot be written: the message names it, nothing is left behind.
-    r = quillet("resave " + quote(project) + " -o " + quote(dir.file("no/such/folder/x.qpj")), dir);
+    r = runQuillet("resave " + quote(project) + " -o " + quote(dir.file("no/such/folder/x.qpj")), dir);
     EXPECT_EQ(r.status, 1);
     EXPECT_NE(r.err.find(dir.file("no/such/folder/x.qpj") + ": the project could not be saved"), std::string::npos)
         << r.err;
 
-    r = quillet("resave " + quote(project), dir);
+    r = runQuillet("resave " + quote(project), dir);
     EXPECT_EQ(r.status, 2);
-    r = quillet("resave " + quote(dir.file("absent.qpj")) + " -o " + quote(dir.file("x.qpj")), dir);
+    r = runQuillet("resave " + quote(dir.file("absent.qpj")) + " -o " + quote(dir.file("x.qpj")), dir);
     EXPECT_EQ(r.status, 1);
     EXPECT_FALSE(std::filesystem::exists(dir.file("x.qpj")));
 }
 
 TEST(CliList, NamesInRegistryOrder) {
     TempDir dir;
-    Run r = quillet("list transitions", dir);
+    CliRun r = runQuillet("list transitions", dir);
     ASSERT_EQ(r.status, 0);
     std::string expected;
     const TransitionRegistry& transitions = TransitionRegistry::instance();
     for (size_t i = 0; i < transitions.count(); ++i) expected += transitions.At(static_cast<int>(i))->name() + "\n";
     EXPECT_EQ(r.out, expected);
-    EXPECT_EQ(r.out.substr(0, 22), "Blinds In\nBlinds Out\n");  // sorted by name
+    EXPECT_EQ(r.out.substr(0, 21), "Blinds In\nBlinds Out\n");  // sorted by name
 
-    EXPECT_EQ(quillet("list effects", dir).out, "None\nBubbles\nFireworks\nHearts\nOld Movie\nSnow\nStrobe\n");
-    EXPECT_EQ(quillet("list camera", dir).out, "none\npan_zoom\n");
-    r = quillet("list filters", dir);
+    EXPECT_EQ(runQuillet("list effects", dir).out, "None\nBubbles\nFireworks\nHearts\nOld Movie\nSnow\nStrobe\n");
+    EXPECT_EQ(runQuillet("list camera", dir).out, "none\npan_zoom\n");
+    r = runQuillet("list filters", dir);
     EXPECT_EQ(r.status, 0);
     EXPECT_EQ(r.out.substr(0, 24), "Add Noise\nBlack & White\n");
     EXPECT_EQ(std::count(r.out.begin(), r.out.end(), '\n'), 20);
 
-    r = quillet("list colours", dir);
+    r = runQuillet("list colours", dir);
     EXPECT_EQ(r.status, 2);
     EXPECT_NE(r.err.find("unknown list 'colours'"), std::string::npos);
-    EXPECT_EQ(quillet("list", dir).status, 2);
+    EXPECT_EQ(runQuillet("list", dir).status, 2);
 }
