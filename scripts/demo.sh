@@ -20,8 +20,8 @@ sed -e 's/@MOVIE@/demo.swf/' -e 's/@WIDTH@/640/' -e 's/@HEIGHT@/480/' demo/page.
 
 # A look at the movie as Ruffle plays it, one frame a second.
 if [ -f tests/e2e/lib/ruffle-shoot.mjs ]; then
-  node tests/e2e/lib/ruffle-shoot.mjs --movie "$OUT/demo.swf" --width 640 --height 480 \
-    --times 1000,3000,5000,8000,12000,16000,20000 --out "$OUT/frames" >/dev/null &&
+  node tests/e2e/lib/ruffle-shoot.mjs --movie "$OUT/demo.swf" --size 640x480 \
+    --times 1000,3000,5000,8000,12000,16000,20000 --out "$OUT/frames" --name demo >/dev/null &&
     echo "demo: screenshots in $OUT/frames"
 fi
 

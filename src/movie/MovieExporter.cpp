@@ -64,7 +64,7 @@ bool Cancelled(const ProgressSink* progress) { return progress && progress->canc
 // Makes every image slide ready to be written: its bitmap-shift flag follows
 // the setting of the moment, and a slide whose picture was never measured
 // (a project written by hand) is measured and fitted now.
-void PrepareSlides(SlideShow& show, std::vector<std::string>& warnings) {
+void PrepareSlides(SlideShow& show) {
     const bool shift = AppSettings::current().defaultImageAdjustBitmapShift;
     for (const auto& slide : show.slides()) {
         if (slide->type != SlideType::Image) continue;
@@ -73,9 +73,9 @@ void PrepareSlides(SlideShow& show, std::vector<std::string>& warnings) {
         AssignOptions options;
         options.stageWidth = show.width();
         options.stageHeight = show.height();
-        std::string error;
+        // A picture that cannot be read is reported when the slide is written.
         std::string path = slide->image.src;
-        if (AssignPicture(slide->image, path, options, &error) != AssignFailure::None) warnings.push_back(error);
+        AssignPicture(slide->image, path, options);
     }
 }
 
@@ -94,7 +94,7 @@ ExportResult MovieExporter::ExportMovie(const std::string& path, ProgressSink* p
     uint16_t nextCharacterId = 0;
     uint16_t nextDepth = 0;
 
-    PrepareSlides(show_, result.warnings);
+    PrepareSlides(show_);
 
     // Version 5 plays everything a show needs; a picture loaded at play time
     // needs 6, and so does a compressed movie.

@@ -1,0 +1,208 @@
+// The movie assembly: what a show becomes, frame by frame and id by id, read
+// back through our own SWF reader.
+#include <gtest/gtest.h>
+
+#include <set>
+
+#include "effects/CameraEffect.h"
+#include "effects/Transition.h"
+#include "media/Progress.h"
+#include "model/Slide.h"
+#include "model/SlideShow.h"
+#include "movie/MovieExporter.h"
+#include "support/TempDir.h"
+#include "swf/SwfReader.h"
+#include "swf/SwfTags.h"
+
+using namespace quillet;
+
+namespace {
+
+// A small solid picture made by ImageMagick.
+std::string MakePicture(const test::TempDir& dir, const std::string& name, const std::string& color) {
+    std::string path = dir.file(name);
+    EXPECT_EQ(test::runCommand("convert -size 64x48 xc:'" + color + "' '" + path + "'"), 0);
+    return path;
+}
+
+std::unique_ptr<Slide> ImageSlide(SlideShow& show, const std::string& path, uint32_t duration) {
+    auto slide = show.createSlide(SlideType::Image);
+    slide->image.src = path;
+    slide->duration = duration;
+    return slide;
+}
+
+void SetTransition(Slide& slide, const char* name, uint32_t ms) {
+    auto t = TransitionRegistry::instance().Find(name)->Clone();
+    t->SetDuration(ms);
+    slide.setTransitionIn(std::move(t));
+}
+
+struct Movie {
+    SwfReader reader;
+    std::vector<uint16_t> codes;
+    std::vector<std::string> labels;
+};
+
+void ReadMovie(const std::string& path, Movie& m) {
+    ASSERT_TRUE(m.reader.ReadFile(path)) << m.reader.Error();
+    for (const auto& tag : m.reader.Tags()) {
+        m.codes.push_back(tag->Code());
+        if (auto* label = dynamic_cast<const FrameLabelTag*>(tag.get())) m.labels.push_back(label->label);
+    }
+}
+
+// Cancels when the export announces the given slide.
+class CancelAt : public ProgressSink {
+public:
+    explicit CancelAt(int slide) : text_("Processing " + std::to_string(slide) + " of") {}
+    void setMainText(const std::string& text) override {
+        if (text.rfind(text_, 0) == 0) cancelled_ = true;
+    }
+    bool cancelled() const override { return cancelled_; }
+
+private:
+    std::string text_;
+    bool cancelled_ = false;
+};
+
+}  // namespace
+
+TEST(Export, EmptyShowWritesBackgroundEndScriptAndOneFrame) {
+    test::TempDir dir;
+    SlideShow show;
+    show.bgColor = 0x336699;
+    ExportResult r = MovieExporter(show).ExportMovie(dir.file("empty.swf"));
+    ASSERT_TRUE(r.ok) << r.error;
+    Movie m;
+    ReadMovie(dir.file("empty.swf"), m);
+    EXPECT_EQ(m.codes, (std::vector<uint16_t>{SwfTagCode::SetBackgroundColor, SwfTagCode::DoAction,
+                                              SwfTagCode::ShowFrame, SwfTagCode::End}));
+    EXPECT_EQ(m.reader.Header().frameCount, 1);
+    EXPECT_EQ(m.reader.Header().version, 5);
+    auto* bg = dynamic_cast<const SetBackgroundColorTag*>(m.reader.Tags()[0].get());
+    ASSERT_NE(bg, nullptr);
+    EXPECT_EQ(bg->color, SwfColor(0x33, 0x66, 0x99));
+}
+
+TEST(Export, FramesIdsAndLabelsFollowTheShow) {
+    test::TempDir dir;
+    SlideShow show;
+    show.setSize(64, 48);
+    show.fps = 12;
+    // Slide 1: no transition, a 1 s camera move, 2.5 s hold (30 frames, truncated).
+    auto s1 = ImageSlide(show, MakePicture(dir, "red.png", "#ff0000"), 2500);
+    auto move = std::make_unique<PanZoomEffect>();
+    move->duration = 1000;
+    move->zoom = 1.5;
+    move->panX = 100;
+    s1->addCameraEffect(std::move(move));
+    // Slide 2: a blank slide of 50 ms (no hold frame) behind a 1 s cross fade.
+    auto s2 = show.createSlide(SlideType::Blank);
+    s2->duration = 50;
+    SetTransition(*s2, "Cross Fade", 1000);
+    // Slide 3: 1 s fade in, 1 s hold.
+    auto s3 = ImageSlide(show, MakePicture(dir, "blue.gif", "#0000ff"), 1000);
+    SetTransition(*s3, "Fade In", 1000);
+    show.append(std::move(s1));
+    show.append(std::move(s2));
+    show.append(std::move(s3));
+
+    ExportResult r = MovieExporter(show).ExportMovie(dir.file("show.swf"));
+    ASSERT_TRUE(r.ok) << r.error;
+    Movie m;
+    ReadMovie(dir.file("show.swf"), m);
+    // (0 + 12 + 30) + (12 + 0 + 0) + (12 + 0 + 12) + the end frame.
+    EXPECT_EQ(m.reader.Header().frameCount, 42 + 12 + 24 + 1);
+    EXPECT_EQ(r.frameCount, m.reader.Header().frameCount);
+    EXPECT_EQ(m.labels, (std::vector<std::string>{"slidepre_1", "slide_1", "slidepre_2", "slide_2", "slidepre_3",
+                                                  "slide_3"}));
+
+    // Character ids run 1, 2, 3... in definition order; every placement
+    // refers to a character already defined.
+    std::vector<uint16_t> ids;
+    std::set<uint16_t> defined;
+    for (const auto& tag : m.reader.Tags()) {
+        if (tag->HasId()) {
+            ids.push_back(tag->GetId());
+            defined.insert(tag->GetId());
+        }
+        if (auto* place = dynamic_cast<const PlaceObject2Tag*>(tag.get()); place && place->characterId) {
+            EXPECT_TRUE(defined.count(*place->characterId)) << "character " << *place->characterId;
+        }
+    }
+    ASSERT_FALSE(ids.empty());
+    for (size_t i = 0; i < ids.size(); ++i) EXPECT_EQ(ids[i], i + 1);
+
+    // The pan/zoom's last frame leaves slide 1 at zoom 1.5 and moved right.
+    const PlaceObject2Tag* last = nullptr;
+    for (const auto& tag : m.reader.Tags()) {
+        if (auto* label = dynamic_cast<const FrameLabelTag*>(tag.get()); label && label->label == "slidepre_2") break;
+        if (auto* place = dynamic_cast<const PlaceObject2Tag*>(tag.get()); place && place->move && place->matrix)
+            last = place;
+    }
+    ASSERT_NE(last, nullptr);
+    EXPECT_EQ(last->matrix->scaleX, 0x18000);
+    EXPECT_EQ(last->matrix->translateX, 96);  // 100 twips over 12 frames moves 8 a frame
+}
+
+TEST(Export, CancellingDuringSlideThreeLeavesAValidMovieOfTwoSlides) {
+    test::TempDir dir;
+    SlideShow show;
+    show.setSize(64, 48);
+    std::string pic = MakePicture(dir, "green.png", "#00ff00");
+    for (int i = 0; i < 10; ++i) show.append(ImageSlide(show, pic, 1000));
+    CancelAt cancel(3);
+    ExportResult r = MovieExporter(show).ExportMovie(dir.file("part.swf"), &cancel);
+    EXPECT_FALSE(r.ok);
+    EXPECT_TRUE(r.cancelled);
+    EXPECT_EQ(r.slidesWritten, 2);
+    Movie m;
+    ReadMovie(dir.file("part.swf"), m);
+    EXPECT_EQ(m.labels, (std::vector<std::string>{"slidepre_1", "slide_1", "slidepre_2", "slide_2"}));
+    EXPECT_EQ(m.codes.back(), SwfTagCode::End);
+    EXPECT_EQ(m.reader.Header().frameCount, 24);
+}
+
+TEST(Export, CompressionRaisesTheVersionUnlessTurnedOff) {
+    test::TempDir dir;
+    SlideShow show;
+    show.setSize(64, 48);
+    show.useCompression = true;
+    show.append(ImageSlide(show, MakePicture(dir, "p.png", "#808080"), 500));
+    ASSERT_TRUE(MovieExporter(show).ExportMovie(dir.file("c.swf")).ok);
+    std::string bytes = test::readFile(dir.file("c.swf"));
+    ASSERT_GE(bytes.size(), 8u);
+    EXPECT_EQ(bytes.substr(0, 3), "CWS");
+    EXPECT_GE(bytes[3], 6);
+
+    ExportOptions plain;
+    plain.forceUncompressed = true;
+    ASSERT_TRUE(MovieExporter(show).ExportMovie(dir.file("u.swf"), nullptr, plain).ok);
+    std::string u = test::readFile(dir.file("u.swf"));
+    EXPECT_EQ(u.substr(0, 3), "FWS");
+    EXPECT_EQ(u[3], 5);
+    // The compressed file's length field is the plain movie's length.
+    EXPECT_EQ(bytes.substr(4, 4), u.substr(4, 4));
+}
+
+TEST(Export, BadPicturesAndBadDestinationsAreReported) {
+    test::TempDir dir;
+    SlideShow show;
+    show.setSize(64, 48);
+    show.append(ImageSlide(show, dir.file("missing.jpg"), 500));
+    test::writeFile(dir.file("notapicture.png"), "hello");
+    show.append(ImageSlide(show, dir.file("notapicture.png"), 500));
+    ExportResult r = MovieExporter(show).ExportMovie(dir.file("show.swf"));
+    // The export goes on: both slides show the background.
+    ASSERT_TRUE(r.ok) << r.error;
+    ASSERT_GE(r.warnings.size(), 2u);
+    EXPECT_NE(r.warnings[0].find("missing.jpg"), std::string::npos) << r.warnings[0];
+    Movie m;
+    ReadMovie(dir.file("show.swf"), m);
+    EXPECT_EQ(m.labels.size(), 4u);
+
+    ExportResult bad = MovieExporter(show).ExportMovie(dir.file("no/such/folder/show.swf"));
+    EXPECT_FALSE(bad.ok);
+    EXPECT_FALSE(bad.error.empty());
+}
