@@ -11,11 +11,11 @@
 #include <vector>
 
 #include "media/Bitmap.h"
+#include "media/ImageFilter.h"
 #include "media/SlideImage.h"
 
 namespace quillet {
 
-class ImageFilter;
 class ImageImporter;
 class ProgressSink;
 class SwfTag;

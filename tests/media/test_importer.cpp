@@ -189,15 +189,28 @@ TEST_F(ImporterTest, RealPhotosDecodeLikeImageMagick) {
             EXPECT_EQ(part.row(y)[x * 3], src[(size_t(sy) * 1280 + sx) * 3]) << x << "," << y;
         }
 
-    for (const char* big : {"/usr/share/backgrounds/mate/nature/Elephants_5640x3172.jpg"}) {
-        if (!std::filesystem::exists(big)) continue;
-        ImageImporter e;
-        ASSERT_TRUE(e.Open(big));
-        ASSERT_TRUE(e.GetNaturalSize(w, h));
-        EXPECT_EQ(w, 5640);
-        EXPECT_EQ(h, 3172);
-        ASSERT_TRUE(e.Render(b, 640, 360));
-    }
+    const std::string big = "/usr/share/backgrounds/mate/abstract/Elephants_5640x3172.jpg";  // progressive
+    ASSERT_TRUE(std::filesystem::exists(big));
+    ImageImporter e;
+    ASSERT_TRUE(e.Open(big));
+    ASSERT_TRUE(e.GetNaturalSize(w, h));
+    EXPECT_EQ(w, 5640);
+    EXPECT_EQ(h, 3172);
+    ASSERT_TRUE(e.Render(b, 640, 360));
+
+    // A real PNG with transparency goes through ImageMagick.
+    const std::string png = "/usr/share/backgrounds/mate/abstract/Arc-Colors-Transparent-Wallpaper.png";
+    ImageImporter p;
+    ASSERT_TRUE(p.Open(png));
+    ASSERT_TRUE(p.GetNaturalSize(w, h));
+    EXPECT_EQ(w, 2140);
+    EXPECT_EQ(h, 1200);
+    ASSERT_TRUE(p.Render(b, 2140, 1200, nullptr, 32));
+    EXPECT_TRUE(p.hasAlpha());
+    ASSERT_EQ(test::runCommand("convert " + png + " -depth 8 rgba:" + file("arc.rgba")), 0);
+    const std::string arc = test::readFile(file("arc.rgba"));
+    ASSERT_EQ(arc.size(), b.byteSize());
+    EXPECT_EQ(std::memcmp(arc.data(), b.pixels(), b.byteSize()), 0);
 }
 
 TEST(ImageFileFilter, TextsAsShown) {

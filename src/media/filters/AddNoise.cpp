@@ -12,9 +12,15 @@ namespace {
 
 const char* const kTypeKeywords[] = {"uniform", "gaussian", "mult_gaussian", "impulse", "laplacian", "poisson"};
 
-// A uniform draw in [0, 1] from the process's rand() sequence, on the 15-bit
-// scale the noise constants were tuned for.
-inline double draw() { return (std::rand() & 0x7FFF) * 3.051850947599719e-05; }
+// Uniform draws in [0, 1] on the 15-bit scale the noise constants were tuned
+// for. A filter run takes its seed from the process's rand() sequence (so
+// two exports differ) and then draws from a generator of its own, which
+// needs no lock when slides are prepared on several threads.
+thread_local uint32_t tState = 1;
+inline double draw() {
+    tState = tState * 1103515245u + 12345u;
+    return ((tState >> 16) & 0x7FFF) * 3.051850947599719e-05;
+}
 
 // A draw that is safe to take the logarithm of.
 inline double drawPositive() {
@@ -43,6 +49,7 @@ public:
     bool Apply(Bitmap& bitmap) const override {
         if (!isFilterable(bitmap)) return false;
         const int type = intValue(0);
+        tState = static_cast<uint32_t>(std::rand());
         uint8_t* p = bitmap.pixels();
         const size_t n = bitmap.byteSize();
         for (size_t i = 0; i < n; ++i) {

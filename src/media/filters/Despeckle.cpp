@@ -23,39 +23,57 @@ public:
     }
 
 private:
+    // Clamps v to the second lowest and second highest of its neighbours. Most
+    // values have at least two neighbours on either side and stay; only then
+    // are the neighbours ranked.
+    static uint8_t Clip(int v, const int (&n)[8]) {
+        int above = 0, below = 0;
+        for (int u : n) {
+            above += u >= v;
+            below += u <= v;
+        }
+        if (above >= 2 && below >= 2) return static_cast<uint8_t>(v);
+        int first, second;
+        if (above < 2) {  // a peak: lower it to the second highest neighbour
+            first = second = -1;
+            for (int u : n) {
+                if (u > first) {
+                    second = first;
+                    first = u;
+                } else if (u > second) {
+                    second = u;
+                }
+            }
+        } else {  // a pit: raise it to the second lowest
+            first = second = 256;
+            for (int u : n) {
+                if (u < first) {
+                    second = first;
+                    first = u;
+                } else if (u < second) {
+                    second = u;
+                }
+            }
+        }
+        return static_cast<uint8_t>(second);
+    }
+
     static void Pass(Bitmap& bitmap) {
         const int w = static_cast<int>(bitmap.width());
         const int h = static_cast<int>(bitmap.height());
         Bitmap source;
         source.CopyFrom(bitmap);
         for (int y = 0; y < h; ++y) {
-            const uint8_t* rows[3] = {source.row(clampIndex(y - 1, h - 1)), source.row(y), source.row(clampIndex(y + 1, h - 1))};
+            const uint8_t* up = source.row(static_cast<uint32_t>(clampIndex(y - 1, h - 1)));
+            const uint8_t* mid = source.row(static_cast<uint32_t>(y));
+            const uint8_t* down = source.row(static_cast<uint32_t>(clampIndex(y + 1, h - 1)));
             uint8_t* out = bitmap.row(static_cast<uint32_t>(y));
             for (int x = 0; x < w; ++x) {
-                const int xs[3] = {clampIndex(x - 1, w - 1), x, clampIndex(x + 1, w - 1)};
+                const int l = clampIndex(x - 1, w - 1) * 3, m = x * 3, r = clampIndex(x + 1, w - 1) * 3;
                 for (int c = 0; c < 3; ++c) {
-                    // The two lowest and two highest neighbours.
-                    int lo1 = 256, lo2 = 256, hi1 = -1, hi2 = -1;
-                    for (int j = 0; j < 3; ++j)
-                        for (int i = 0; i < 3; ++i) {
-                            if (i == 1 && j == 1) continue;
-                            const int v = rows[j][xs[i] * 3 + c];
-                            if (v < lo1) {
-                                lo2 = lo1;
-                                lo1 = v;
-                            } else if (v < lo2) {
-                                lo2 = v;
-                            }
-                            if (v > hi1) {
-                                hi2 = hi1;
-                                hi1 = v;
-                            } else if (v > hi2) {
-                                hi2 = v;
-                            }
-                        }
-                    const int lo = lo2, hi = hi2;
-                    const int v = rows[1][x * 3 + c];
-                    out[x * 3 + c] = static_cast<uint8_t>(std::clamp(v, lo, hi));
+                    const int n[8] = {up[l + c], up[m + c], up[r + c], mid[l + c],
+                                      mid[r + c], down[l + c], down[m + c], down[r + c]};
+                    out[m + c] = Clip(mid[m + c], n);
                 }
             }
         }
