@@ -1,0 +1,54 @@
+#!/usr/bin/env bash
+# Ctrl-C during `quillet export` stops between slides and leaves a valid movie
+# of the slides done so far, which parses and plays.
+set -euo pipefail
+: "${QUILLET:?}" "${QUILLET_SOURCE_DIR:?}"
+lib="$QUILLET_SOURCE_DIR/tests/e2e/lib"
+work=$(mktemp -d)
+trap 'rm -rf "$work"' EXIT
+photo=/usr/share/backgrounds/mate/abstract/Elephants_5640x3172.jpg  # slow to decode on purpose
+slides=16
+{
+  echo '<xml version="1.0">'
+  echo '<quillet version_major="1" version_minor="119">'
+  echo '<slide_show width="320" height="240" fps="12">'
+  echo '<slides>'
+  for _ in $(seq $slides); do echo "<slide type=\"image\" src=\"$photo\" duration=\"1000\" />"; done
+  echo '</slides>'
+  echo '</slide_show>'
+  echo '</quillet>'
+  echo '</xml>'
+} > "$work/long.qpj"
+
+# Interrupt after a while; wait longer if not even one slide was done.
+done_slides=0
+for wait in 1.5 3 6 12; do
+  rm -f "$work/part.swf"
+  set +e
+  timeout --preserve-status -s INT "$wait" "$QUILLET" export "$work/long.qpj" -o "$work/part.swf" 2> "$work/err.txt"
+  status=$?
+  set -e
+  if [ $status -eq 0 ]; then echo "the export finished before the interrupt at $wait s; trying sooner is pointless"; exit 1; fi
+  [ $status -eq 1 ] || { echo "exit status $status, want 1"; cat "$work/err.txt"; exit 1; }
+  grep -q "export cancelled" "$work/err.txt" || { cat "$work/err.txt"; exit 1; }
+  "$QUILLET" info --json "$work/part.swf" > "$work/part.json"
+  done_slides=$(/usr/bin/python3 -c 'import json,sys; print(sum(1 for t in json.load(open(sys.argv[1]))["tags"] if t["name"]=="FrameLabel"))' "$work/part.json")
+  done_slides=$((done_slides / 2))
+  [ "$done_slides" -ge 1 ] && break
+done
+echo "cancelled after $done_slides of $slides slides"
+[ "$done_slides" -ge 1 ] && [ "$done_slides" -lt $slides ]
+/usr/bin/python3 "$lib/yaswfp_compare.py" "$work/part.swf" "$work/part.json"
+
+# It plays: slide 1 shows the photo (not the blank white before frame 1, not the black background).
+node "$lib/ruffle-shoot.mjs" --movie "$work/part.swf" --size 320x240 --times 512 --probe 160,120 \
+  --out "$work/shots" --name part >/dev/null
+/usr/bin/python3 - "$work/shots/part.json" <<'PY'
+import json, sys
+r = json.load(open(sys.argv[1]))
+real = [e for e in r["errors"] if "favicon" not in e and "404" not in e]
+assert not real, real
+px = r["shots"][0]["pixels"]["160,120"][:3]
+assert px != [255, 255, 255] and px != [0, 0, 0], px
+PY
+echo "export cancel: ok"
