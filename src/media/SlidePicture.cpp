@@ -122,14 +122,12 @@ PreparedPicture PrepareSlideImage(const SlideImage& settings, const std::vector<
     if (!importer.Render(bitmap, renderW, renderH, sourcePtr, 24))
         return failed(std::move(out), settings.src, importer.error().empty() ? "the picture cannot be drawn" : importer.error());
 
-    if (!filters.empty()) {
-        if (progress) progress->setSecondaryText("Filtering image...");
-        for (const auto& filter : filters) {
-            if (filter) filter->Apply(bitmap);
-            if (progress && progress->cancelled()) {
-                out.cancelled = true;
-                break;
-            }
+    if (progress) progress->setSecondaryText("Filtering image...");
+    for (const auto& filter : filters) {
+        if (filter) filter->Apply(bitmap);
+        if (progress && progress->cancelled()) {
+            out.cancelled = true;
+            break;
         }
     }
 

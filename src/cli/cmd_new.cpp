@@ -1,0 +1,152 @@
+// quillet new IMAGES... -o SHOW.qpj: a show made from pictures, one slide
+// each, with the user's defaults for new slides.
+#include <cerrno>
+#include <cstdio>
+#include <cstdlib>
+#include <ctime>
+#include <filesystem>
+#include <iostream>
+
+#include "cli/Command.h"
+#include "cli/TerminalProgress.h"
+#include "effects/Transition.h"
+#include "media/Exif.h"
+#include "model/ProjectFile.h"
+#include "model/PublishSettings.h"
+#include "model/SlideShow.h"
+#include "settings/AppSettings.h"
+
+namespace quillet::cli {
+namespace {
+
+int runNew(const std::vector<std::string>& args);
+
+const Command kNew{"new",
+                   "new IMAGES... -o SHOW.qpj [--stage WxH] [--fps N] [--duration MS] [--transition NAME | "
+                   "--random-transitions] [--exif]",
+                   "make a show of one slide per picture", runNew, 10};
+CommandRegistrar registrar(kNew);
+
+constexpr const char* kNotFound = "The image could not be added because the file was not found.";
+constexpr const char* kNotAnImage =
+    "Unable to add the slide. The file may not be a valid image file or may not be supported. Please read the "
+    "help file for all supported file formats.";
+
+// A whole decimal number, nothing else.
+bool parseInt(const std::string& text, long& out) {
+    if (text.empty()) return false;
+    char* end = nullptr;
+    errno = 0;
+    out = std::strtol(text.c_str(), &end, 10);
+    return errno == 0 && *end == '\0';
+}
+
+bool parseStage(const std::string& text, int& w, int& h) {
+    const size_t x = text.find_first_of("xX");
+    if (x == std::string::npos) return false;
+    long a, b;
+    if (!parseInt(text.substr(0, x), a) || !parseInt(text.substr(x + 1), b)) return false;
+    if (a < 1 || b < 1 || a > SlideShow::kMaxStageSize || b > SlideShow::kMaxStageSize) return false;
+    w = static_cast<int>(a);
+    h = static_cast<int>(b);
+    return true;
+}
+
+int runNew(const std::vector<std::string>& args) {
+    ParsedArgs parsed = parseArgs(args, {"-o", "--output", "--stage", "--fps", "--duration", "--transition"},
+                                  {"--random-transitions", "--exif"});
+    if (!parsed.error.empty()) return usageError(kNew, parsed.error);
+    if (parsed.positional.empty()) return usageError(kNew, "expected at least one picture");
+    std::string out;
+    if (const std::string* o = parsed.value("-o")) out = *o;
+    if (const std::string* o = parsed.value("--output")) out = *o;
+    if (out.empty()) return usageError(kNew, "expected -o SHOW.qpj");
+
+    // Settings first: new slides take their picture defaults from them.
+    AppSettings& settings = AppSettings::current();
+    std::string settingsError;
+    if (!settings.load(&settingsError)) printError(settingsFilePath(), settingsError);
+
+    SlideShow show;
+    if (const std::string* stage = parsed.value("--stage")) {
+        int w, h;
+        if (!parseStage(*stage, w, h))
+            return usageError(kNew, "--stage wants WIDTHxHEIGHT, each 1 to " + std::to_string(SlideShow::kMaxStageSize));
+        show.setSize(w, h);
+    }
+    show.showBoundsLeft = 0;
+    show.showBoundsTop = 0;
+    show.showBoundsRight = show.width();
+    show.showBoundsBottom = show.height();
+    if (const std::string* fps = parsed.value("--fps")) {
+        char* end = nullptr;
+        const double v = std::strtod(fps->c_str(), &end);
+        if (fps->empty() || *end != '\0' || !(v >= 1.0 && v <= 120.0))
+            return usageError(kNew, "--fps wants a frame rate from 1 to 120");
+        show.fps = static_cast<float>(v);
+    }
+    long duration = -1;
+    if (const std::string* d = parsed.value("--duration")) {
+        if (!parseInt(*d, duration) || duration < 0 || duration > 0x7FFFFFFF)
+            return usageError(kNew, "--duration wants milliseconds (a whole number, 0 or more)");
+    }
+    const Transition* chosen = nullptr;
+    const bool random = parsed.has("--random-transitions");
+    if (const std::string* name = parsed.value("--transition")) {
+        if (random) return usageError(kNew, "--transition and --random-transitions exclude each other");
+        chosen = TransitionRegistry::instance().Find(*name);
+        if (!chosen) return usageError(kNew, "no transition called '" + *name + "' (see 'quillet list transitions')");
+    }
+    if (random) std::srand(static_cast<unsigned>(std::time(nullptr)));
+
+    AssignOptions assign;
+    assign.stageWidth = show.width();
+    assign.stageHeight = show.height();
+    assign.applyExif = parsed.has("--exif") || settings.readExifData;
+
+    bool allAdded = true;
+    TerminalProgress progress;
+    progress.setRange(0, static_cast<int>(parsed.positional.size()));
+    int index = 0;
+    for (const std::string& picture : parsed.positional) {
+        ++index;
+        progress.setMainText("Processing " + std::to_string(index) + " of " + std::to_string(parsed.positional.size()));
+        progress.step(index);
+        if (progress.cancelled()) {
+            progress.finish();
+            printError("cancelled; nothing written");
+            return kExitFailure;
+        }
+        // Stored absolute, so the project opens from wherever it is saved.
+        std::error_code ec;
+        std::filesystem::path absolute = std::filesystem::absolute(picture, ec);
+        const std::string path = ec ? picture : absolute.lexically_normal().string();
+
+        auto slide = show.createSlide(SlideType::Image);
+        std::string why;
+        const AssignFailure failure = AssignPicture(slide->image, path, assign, &why);
+        if (failure != AssignFailure::None) {
+            progress.finish();
+            printError(picture, failure == AssignFailure::NotFound ? kNotFound : kNotAnImage);
+            allAdded = false;
+            continue;
+        }
+        if (duration >= 0) slide->duration = static_cast<uint32_t>(duration);
+        const Transition* t = random ? TransitionRegistry::instance().Random() : chosen;
+        if (t) slide->setTransitionIn(t->CreateInstance());
+        show.append(std::move(slide));
+    }
+    progress.finish();
+
+    PublishSettings publish;
+    std::string error;
+    if (!SaveProject(out, show, publish, &error)) {
+        printError(out, error);
+        return kExitFailure;
+    }
+    std::cout << out << ": " << show.statusText() << "\n";
+    return allAdded ? kExitOk : kExitFailure;
+}
+
+}  // namespace
+}  // namespace quillet::cli
