@@ -463,6 +463,7 @@ bool LoadProject(const std::string& path, SlideShow& show, PublishSettings& publ
     fs::file_status status = fs::status(path, ec);
     if (!fs::exists(status)) return fail(kProjectNotFound);
     if (fs::is_directory(status)) return fail("the project could not be opened: it is a folder, not a file");
+    if (!fs::is_regular_file(status)) return fail("the project could not be opened: it is not a regular file");
     uintmax_t size = fs::file_size(path, ec);
     if (!ec && size > options.maxFileSize)
         return fail("the file is too large to be a project (" + std::to_string(size) + " bytes)");

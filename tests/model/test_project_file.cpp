@@ -472,6 +472,8 @@ TEST(ProjectFile, DamagedFilesGiveAClearErrorAndChangeNothing) {
     EXPECT_EQ(error, "The project could not be opened because the file was not found.");
     EXPECT_FALSE(LoadProject(dir.path().string(), show, publish, &error));
     EXPECT_NE(error.find("folder"), std::string::npos);
+    EXPECT_FALSE(LoadProject("/dev/zero", show, publish, &error));
+    EXPECT_NE(error.find("not a regular file"), std::string::npos);
 
     writeFile(dir.file("junk.qpj"), "this is not XML at all \x01\x02");
     EXPECT_FALSE(LoadProject(dir.file("junk.qpj"), show, publish, &error));
