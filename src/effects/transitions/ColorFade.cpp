@@ -1,11 +1,53 @@
 #include "effects/transitions/ColorFade.h"
 
+#include <algorithm>
+
+#include "effects/SlideRender.h"
+#include "swf/SwfTags.h"
+#include "swf/SwfWriter.h"
 #include "xml/XmlReader.h"
 #include "xml/XmlWriter.h"
 
 namespace quillet {
 
 ColorFadeTransition::ColorFadeTransition() : TransitionClass("Color Fade") {}
+
+bool ColorFadeTransition::Render(SlideOnStage* incoming, SlideOnStage* outgoing, MovieContext& ctx) const {
+    if (!placesSlides()) return true;
+    // Half the frames fade the colour in, half fade it out; an odd count
+    // drops its last frame, and a single frame leaves no time for either.
+    const int half = FrameCount(ctx.fps) / 2;
+    if (half <= 0) return Transition::Render(incoming, outgoing, ctx);
+
+    // A stage-sized sheet of the colour on a fresh depth above both slides,
+    // placed fully transparent. The colour keeps red in its lowest byte.
+    const uint16_t depth = ctx.NewDepth();
+    const uint16_t shapeId = ctx.NewCharacterId();
+    const SwfColor color(static_cast<uint8_t>(fadeColor), static_cast<uint8_t>(fadeColor >> 8),
+                         static_cast<uint8_t>(fadeColor >> 16));
+    ctx.movie.AddTag(DefineShapeTag::Rectangle(shapeId, SwfRect(0, ctx.StageWidth(), 0, ctx.StageHeight()),
+                                               SwfFillStyle::MakeSolid(color)));
+    ctx.movie.AddTag(PlaceObject2Tag::Place(depth, shapeId, SwfMatrix(), SwfColorTransformAlpha::Alpha(0)));
+
+    const double step = 1.0 / half;
+    double p = 0.0;
+    for (int i = 0; i < half; ++i) {
+        p = std::min(p + step, 1.0);
+        SetOpacity(depth, p, ctx);
+        ShowFrame(ctx);
+    }
+    // The slides change under the full colour.
+    PlaceSlide(incoming, ctx);
+    RemoveSlide(outgoing, ctx);
+    double q = 1.0;
+    for (int i = 0; i < half; ++i) {
+        q = std::max(q - step, 0.0);
+        SetOpacity(depth, q, ctx);
+        ShowFrame(ctx);
+    }
+    ctx.movie.AddTag(std::make_unique<RemoveObject2Tag>(depth));
+    return true;
+}
 
 void ColorFadeTransition::CopyFrom(const Transition& source) {
     Transition::CopyFrom(source);

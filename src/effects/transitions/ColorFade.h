@@ -15,6 +15,7 @@ public:
     // Lowest byte red, then green, then blue; saved as an unsigned decimal.
     uint32_t fadeColor = kDefaultColor;
 
+    bool Render(SlideOnStage* incoming, SlideOnStage* outgoing, MovieContext& ctx) const override;
     void CopyFrom(const Transition& source) override;
     void ResetOptions() override;
     void ReadOptions(const XmlNode& element) override;

@@ -8,6 +8,8 @@ namespace quillet {
 class CrossFadeTransition : public TransitionClass<CrossFadeTransition> {
 public:
     CrossFadeTransition();
+
+    bool Render(SlideOnStage* incoming, SlideOnStage* outgoing, MovieContext& ctx) const override;
 };
 
 }  // namespace quillet

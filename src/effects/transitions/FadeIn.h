@@ -8,6 +8,8 @@ namespace quillet {
 class FadeInTransition : public TransitionClass<FadeInTransition> {
 public:
     FadeInTransition();
+
+    bool Render(SlideOnStage* incoming, SlideOnStage* outgoing, MovieContext& ctx) const override;
 };
 
 }  // namespace quillet

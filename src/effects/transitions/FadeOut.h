@@ -8,6 +8,8 @@ namespace quillet {
 class FadeOutTransition : public TransitionClass<FadeOutTransition> {
 public:
     FadeOutTransition();
+
+    bool Render(SlideOnStage* incoming, SlideOnStage* outgoing, MovieContext& ctx) const override;
 };
 
 }  // namespace quillet

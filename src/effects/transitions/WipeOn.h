@@ -10,8 +10,13 @@ class WipeOnTransition : public TransitionClass<WipeOnTransition, DirectionTrans
 public:
     WipeOnTransition();
 
+    // A stage-sized mask on a fresh depth clips the incoming slide, which
+    // moves to the depth right above the mask and stays there.
+    bool Render(SlideOnStage* incoming, SlideOnStage* outgoing, MovieContext& ctx) const override;
+
 protected:
-    // For "Wipe On 2", which keeps these options and draws its own frames.
+    // For "Wipe On 2", which keeps these options and draws its own frames
+    // (until it overrides Render, it wipes as this class does).
     explicit WipeOnTransition(std::string name);
 };
 

@@ -1,0 +1,259 @@
+// Renders transitions into a real movie file and reads it back with our SWF
+// reader: frames, depths, colour transforms, masks and matrices as the player
+// will see them.
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <functional>
+#include <map>
+#include <numbers>
+
+#include "effects/SlideRender.h"
+#include "effects/Transition.h"
+#include "effects/transitions/ColorFade.h"
+#include "effects/transitions/Spin.h"
+#include "effects/transitions/WipeOn.h"
+#include "support/TempDir.h"
+#include "swf/SwfReader.h"
+#include "swf/SwfTags.h"
+
+using namespace quillet;
+
+namespace {
+
+constexpr int32_t kW = 640 * 20, kH = 480 * 20;
+
+// One transition written into a 640x480, 12 fps movie and read back. The
+// outgoing slide (character 5) is at depth 1, the incoming one (character 10)
+// at depth 2; the counters continue from there.
+struct Rendered {
+    std::vector<std::vector<SwfTag*>> frames;  // tags of each frame; the last entry trails the last ShowFrame
+    SwfReader reader;
+    SlideOnStage in, out;
+
+    Rendered(std::unique_ptr<Transition> t, uint32_t ms, bool withOutgoing = true,
+             const std::function<void(SlideOnStage&, SlideOnStage&)>& setup = {}) {
+        test::TempDir dir;
+        uint16_t nextId = 10, nextDepth = 2;
+        in = {10, 2, SwfMatrix(), 0, 0, kW, kH, 2, ""};
+        out = {5, 1, SwfMatrix::Scale(0x13333, 0x13333, -400, -300), 0, 0, kW, kH, 1, ""};
+        if (setup) setup(in, out);
+        {
+            SwfWriter writer;
+            writer.Setup(kW, kH, 12.0f, 6);
+            EXPECT_TRUE(writer.Open(dir.file("t.swf"), true));
+            MovieContext ctx{writer, 12.0f, nextId, nextDepth};
+            t->SetDuration(ms);
+            EXPECT_TRUE(t->Render(&in, withOutgoing ? &out : nullptr, ctx));
+            writer.AddTag(std::make_unique<EndTag>());
+            writer.Close();
+        }
+        EXPECT_TRUE(reader.ReadFile(dir.file("t.swf"))) << reader.Error();
+        frames.emplace_back();
+        for (auto& tag : reader.Tags()) {
+            if (tag->Code() == SwfTagCode::End) continue;
+            if (tag->Code() == SwfTagCode::ShowFrame) frames.emplace_back();
+            else frames.back().push_back(tag.get());
+        }
+    }
+    size_t FrameCount() const { return frames.size() - 1; }
+    // The last (or first) PlaceObject2 for `depth` among the tags before
+    // ShowFrame number `frame` (0-based).
+    PlaceObject2Tag* Place(size_t frame, uint16_t depth, bool first = false) const {
+        PlaceObject2Tag* found = nullptr;
+        for (SwfTag* tag : frames.at(frame))
+            if (auto* p = dynamic_cast<PlaceObject2Tag*>(tag); p && p->depth == depth) {
+                found = p;
+                if (first) break;
+            }
+        return found;
+    }
+    int Alpha(size_t frame, uint16_t depth) const {
+        auto* p = Place(frame, depth);
+        if (!p || !p->colorTransform) return -1;
+        EXPECT_EQ(p->colorTransform->redMult, 256);
+        return p->colorTransform->alphaMult;
+    }
+    bool Removes(size_t frame, uint16_t depth) const {
+        for (SwfTag* tag : frames.at(frame))
+            if (auto* r = dynamic_cast<RemoveObject2Tag*>(tag); r && r->depth == depth) return true;
+        return false;
+    }
+};
+
+std::unique_ptr<Transition> Make(const char* name) { return TransitionRegistry::instance().Find(name)->Clone(); }
+
+// Whether the convex outline of a shape, moved by (tx, ty), holds the point (edges count as inside).
+bool Covers(const SwfShapeWithStyle& shape, int32_t tx, int32_t ty, double px, double py) {
+    std::vector<std::pair<double, double>> pts;
+    double x = 0, y = 0;
+    for (const auto& r : shape.records) {
+        if (r.kind == SwfShapeRecord::Kind::StyleChange && r.hasMove) x = r.moveX, y = r.moveY;
+        else x += r.dx, y += r.dy;
+        pts.emplace_back(x + tx, y + ty);
+    }
+    int sign = 0;
+    for (size_t i = 0; i + 1 < pts.size(); ++i) {
+        double c = (pts[i + 1].first - pts[i].first) * (py - pts[i].second) -
+                   (pts[i + 1].second - pts[i].second) * (px - pts[i].first);
+        if (c == 0) continue;
+        if (sign != 0 && (c > 0) != (sign > 0)) return false;
+        sign = c > 0 ? 1 : -1;
+    }
+    return true;
+}
+
+}  // namespace
+
+TEST(TransitionRender, EveryTransitionKeepsTheDisplayListConsistent) {
+    // Places only on free depths, changes and removals only on used ones, and
+    // in the end the incoming slide alone remains, on the depth it now claims.
+    const auto& registry = TransitionRegistry::instance();
+    for (size_t i = 0; i < registry.count(); ++i)
+        for (uint32_t ms : {0u, 80u, 1500u})
+            for (bool withOutgoing : {false, true}) {
+                Rendered r(registry.At(int(i))->Clone(), ms, withOutgoing);
+                SCOPED_TRACE(registry.At(int(i))->name() + " " + std::to_string(ms) + (withOutgoing ? " out" : ""));
+                std::map<uint16_t, uint16_t> list;  // depth -> character
+                if (withOutgoing) list[1] = 5;
+                for (const auto& frame : r.frames)
+                    for (SwfTag* tag : frame) {
+                        if (auto* p = dynamic_cast<PlaceObject2Tag*>(tag)) {
+                            EXPECT_EQ(list.count(p->depth), p->move ? 1u : 0u) << "depth " << p->depth;
+                            if (!p->move) list[p->depth] = *p->characterId;
+                        } else if (auto* rm = dynamic_cast<RemoveObject2Tag*>(tag)) {
+                            EXPECT_EQ(list.erase(rm->depth), 1u) << "depth " << rm->depth;
+                        }
+                    }
+                EXPECT_EQ(list, (std::map<uint16_t, uint16_t>{{r.in.depth, 10}}));
+                if (ms == 0) {
+                    EXPECT_EQ(r.FrameCount(), 0u);
+                }
+            }
+}
+
+TEST(TransitionRender, FadesWriteTheirAlphaRamps) {
+    Rendered cross(Make("Cross Fade"), 2000);  // 24 frames
+    ASSERT_EQ(cross.FrameCount(), 24u);
+    EXPECT_FALSE(cross.Place(0, 2, true)->move);  // placed first, then faded in the same frame
+    EXPECT_EQ(cross.Alpha(0, 2), 11);       // 256 / 24 + 0.5
+    EXPECT_EQ(cross.Alpha(0, 1), 245);
+    EXPECT_EQ(cross.Alpha(11, 2), 128);
+    EXPECT_EQ(cross.Alpha(11, 1), 128);
+    EXPECT_EQ(cross.Alpha(23, 2), 256);
+    EXPECT_EQ(cross.Alpha(23, 1), 0);
+    EXPECT_TRUE(cross.Removes(24, 1));
+
+    Rendered first(Make("Cross Fade"), 2000, false);
+    ASSERT_EQ(first.FrameCount(), 24u);  // nothing is written for the missing outgoing slide
+    EXPECT_EQ(first.frames[0].size(), 2u);
+    for (size_t f = 1; f < 24; ++f) EXPECT_EQ(first.frames[f].size(), 1u);
+    EXPECT_TRUE(first.frames[24].empty());
+
+    Rendered fadeIn(Make("Fade In"), 1000);  // 12 frames; the outgoing slide stays as it is
+    ASSERT_EQ(fadeIn.FrameCount(), 12u);
+    EXPECT_EQ(fadeIn.Alpha(5, 2), 128);
+    EXPECT_EQ(fadeIn.Place(5, 1), nullptr);
+    EXPECT_EQ(fadeIn.Alpha(11, 2), 256);
+    EXPECT_TRUE(fadeIn.Removes(12, 1));
+
+    // Fade Out: the slides change at once; a copy of the outgoing slide, with
+    // its zoomed matrix, fades on a fresh depth above.
+    Rendered fadeOut(Make("Fade Out"), 1000);
+    ASSERT_EQ(fadeOut.FrameCount(), 12u);
+    EXPECT_TRUE(fadeOut.Removes(0, 1));
+    auto* copy = fadeOut.Place(0, 3, true);
+    ASSERT_TRUE(copy && !copy->move);
+    EXPECT_EQ(*copy->characterId, 5);
+    EXPECT_EQ(*copy->matrix, fadeOut.out.matrix);
+    EXPECT_EQ(fadeOut.Alpha(0, 3), 235);
+    EXPECT_EQ(fadeOut.Alpha(11, 3), 0);
+    EXPECT_TRUE(fadeOut.Removes(12, 3));
+    EXPECT_EQ(Rendered(Make("Fade Out"), 1000, false).FrameCount(), 0u);
+}
+
+TEST(TransitionRender, ColorFadeSwitchesSlidesUnderTheFullColour) {
+    auto t = std::make_unique<ColorFadeTransition>();
+    t->fadeColor = 0x4080FF;  // red in the lowest byte
+    Rendered r(std::move(t), 1250);  // 15 frames: an odd count loses one
+    ASSERT_EQ(r.FrameCount(), 14u);
+    auto* shape = dynamic_cast<DefineShapeTag*>(r.frames[0][0]);
+    ASSERT_TRUE(shape);
+    EXPECT_EQ(shape->GetId(), 11);
+    EXPECT_EQ(shape->bounds, SwfRect(0, kW, 0, kH));
+    EXPECT_EQ(shape->shape.fillStyles.at(0).color, SwfColor(0xFF, 0x80, 0x40));
+    auto* sheet = r.Place(0, 3, true);
+    ASSERT_TRUE(sheet && !sheet->move);
+    EXPECT_EQ(*sheet->characterId, 11);
+    EXPECT_EQ(sheet->colorTransform->alphaMult, 0);  // placed transparent
+    EXPECT_EQ(r.Alpha(0, 3), 37);
+    EXPECT_EQ(r.Alpha(6, 3), 256);
+    EXPECT_EQ(r.Place(6, 2), nullptr);
+    ASSERT_TRUE(r.Place(7, 2));  // between the phases
+    EXPECT_TRUE(r.Removes(7, 1));
+    EXPECT_EQ(r.Alpha(7, 3), 219);
+    EXPECT_EQ(r.Alpha(13, 3), 0);
+    EXPECT_TRUE(r.Removes(14, 3));
+    EXPECT_EQ(Rendered(Make("Color Fade"), 100).FrameCount(), 0u);  // one frame: no room for either phase
+}
+
+TEST(TransitionRender, WipeOnMovesAMaskOverTheSlideFromEachDirection) {
+    for (int dir = 0; dir < 12; ++dir) {
+        auto t = std::make_unique<WipeOnTransition>();
+        t->direction = dir;
+        Rendered r(std::move(t), 1000);  // 12 frames
+        SCOPED_TRACE(dir);
+        ASSERT_EQ(r.FrameCount(), 12u);
+        auto* shape = dynamic_cast<DefineShapeTag*>(r.frames[0][0]);
+        ASSERT_TRUE(shape);
+        auto* mask = r.Place(0, 3, true);
+        ASSERT_TRUE(mask && mask->clipDepth);
+        EXPECT_EQ(*mask->clipDepth, 4);
+        EXPECT_EQ(r.in.depth, 4);
+        EXPECT_EQ(*r.Place(0, 4, true)->characterId, 10);
+        auto at = [&](size_t frame) { return *r.Place(frame, 3)->matrix; };
+        EXPECT_EQ(at(11), SwfMatrix::Translate(0, 0));
+        for (double x : {0, kW})
+            for (double y : {0, kH}) EXPECT_TRUE(Covers(shape->shape, 0, 0, x, y)) << x << "," << y;
+        // Half way the side where the wipe starts shows, the far side does not.
+        static const int dx[] = {0, 0, 1, -1, 1, -1, 1, -1, 1, -1, 1, -1};
+        static const int dy[] = {-1, 1, 0, 0, 1, 1, -1, -1, 1, 1, -1, -1};
+        const SwfMatrix m = at(5);
+        EXPECT_TRUE(Covers(shape->shape, m.translateX, m.translateY, kW / 2 - dx[dir] * kW * 0.4, kH / 2 - dy[dir] * kH * 0.4));
+        EXPECT_FALSE(Covers(shape->shape, m.translateX, m.translateY, kW / 2 + dx[dir] * kW * 0.4, kH / 2 + dy[dir] * kH * 0.4));
+        EXPECT_FALSE(Covers(shape->shape, at(0).translateX, at(0).translateY, kW / 2, kH / 2));
+        EXPECT_TRUE(r.Removes(12, 3));
+    }
+}
+
+TEST(TransitionRender, SpinInGrowsAboutTheCentreAndEndsUpright) {
+    auto angles = [](float spins, bool clockwise) {
+        auto t = Make("Spin In");
+        static_cast<SpinTransition&>(*t).spins = spins;
+        static_cast<SpinTransition&>(*t).clockwise = clockwise;
+        Rendered r(std::move(t), 1000, true, [](SlideOnStage& in, SlideOnStage&) {
+            in.x = 400, in.y = 200, in.width = 6400, in.height = 4800;
+        });
+        EXPECT_EQ(r.FrameCount(), 12u);
+        std::vector<double> result;
+        for (size_t f = 0; f < 12; ++f) {
+            const SwfMatrix m = *r.Place(f, 2)->matrix;
+            // The centre maps to its resting place, within rounding.
+            EXPECT_NEAR(m.translateX + (m.scaleX * 3200.0 + m.rotateSkew1 * 2400.0) / 65536, 400 + 3200, 1.0);
+            EXPECT_NEAR(m.translateY + (m.rotateSkew0 * 3200.0 + m.scaleY * 2400.0) / 65536, 200 + 2400, 1.0);
+            EXPECT_EQ(m.scaleX, m.scaleY);
+            EXPECT_NEAR(m.rotateSkew0, -m.rotateSkew1, 1);  // +0.5 then truncation toward zero
+            EXPECT_NEAR(std::hypot(m.scaleX, m.rotateSkew0) / 65536, (f + 1) / 12.0, 1e-4);
+            result.push_back(std::atan2(m.rotateSkew0, m.scaleX) * 180 / std::numbers::pi);
+        }
+        EXPECT_EQ(*r.Place(11, 2)->matrix, SwfMatrix::Translate(400, 200));
+        EXPECT_EQ(r.in.matrix, SwfMatrix::Translate(400, 200));
+        EXPECT_TRUE(r.Removes(12, 1));
+        return result;
+    };
+    for (double a : angles(0, true)) EXPECT_EQ(a, 0);
+    auto cw = angles(0.25f, true), ccw = angles(0.25f, false);
+    EXPECT_NEAR(cw[0], -82.5, 0.01);  // a positive angle turns clockwise on screen (y down)
+    EXPECT_NEAR(ccw[0], 82.5, 0.01);
+    for (size_t f = 1; f < 12; ++f) EXPECT_GT(cw[f], cw[f - 1]);
+}
