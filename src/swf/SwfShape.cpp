@@ -280,7 +280,8 @@ void WriteShapeRecords(SwfStream& out, const std::vector<SwfShapeRecord>& record
             out.WriteBit(r.hasFill0);
             out.WriteBit(r.hasMove);
             if (r.hasMove) {
-                const int n = std::min(SignedBitsNeeded({r.moveX, r.moveY}), 31);
+                // At least one bit: some readers cannot take a zero-width move.
+                const int n = std::clamp(SignedBitsNeeded({r.moveX, r.moveY}), 1, 31);
                 out.WriteBits(static_cast<uint32_t>(n), 5);
                 out.WriteSignedBits(r.moveX, n);
                 out.WriteSignedBits(r.moveY, n);

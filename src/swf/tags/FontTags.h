@@ -51,7 +51,7 @@ public:
     uint16_t fontId = 0;
     std::string name;
     bool smallText = false, shiftJis = false, ansi = false, italic = false, bold = false;
-    uint8_t languageCode = 0;
+    uint8_t languageCode = 1;  // 1 Latin, 2 Japanese, 3 Korean, 4/5 Chinese
     std::vector<uint16_t> codes;  // always 16-bit here
 
 protected:
@@ -83,7 +83,7 @@ public:
     bool wideOffsets = false;  // set by the writer when the glyph data need it
     bool wideCodes = true;     // required from SWF 6 on
     bool italic = false, bold = false;
-    uint8_t languageCode = 0;
+    uint8_t languageCode = 1;  // 1 Latin, 2 Japanese, 3 Korean, 4/5 Chinese
     std::string name;
     std::vector<SwfShape> glyphs;
     std::vector<uint16_t> codes;  // character code of each glyph

@@ -1,0 +1,87 @@
+#!/usr/bin/python3
+"""Compares what Debian's yaswfp parser sees in a movie with `quillet info --json`.
+
+usage: yaswfp_compare.py MOVIE.swf INFO.json
+
+Checks: signature, version, file length, frame rate bytes, frame count, and
+the tag codes in order (recursively inside sprites, with their frame counts).
+yaswfp stops at the End tag and does not list it, so End tags are left out of
+the comparison; a tag that yaswfp knows but fails to parse fails the check.
+"""
+import json
+import sys
+
+import yaswfp.swfparser as sp
+
+CODE_BY_NAME = {name: code for code, name in sp.TAG_NAMES.items()}
+
+
+def yaswfp_tags(tags, where, problems):
+    out = []
+    for tag in tags:
+        kind = type(tag).__name__
+        name = tag.name
+        if kind == "FailingObject":
+            problems.append(f"{where}: yaswfp could not parse {name}")
+        if kind == "UnknownObject" and name.startswith("UnspecifiedObject"):
+            problems.append(f"{where}: yaswfp does not know {name}")
+            continue
+        entry = {"code": CODE_BY_NAME.get(name, -1), "name": name}
+        if name == "DefineSprite" and kind != "FailingObject":
+            entry["frameCount"] = tag.FrameCount
+            entry["tags"] = yaswfp_tags(tag.ControlTags, f"{where}/sprite {tag.CharacterID}", problems)
+        out.append(entry)
+    return out
+
+
+def ours(tags):
+    out = []
+    for tag in tags:
+        if tag["code"] == 0:
+            continue
+        entry = {"code": tag["code"], "name": tag["name"]}
+        if tag["code"] == 39:
+            entry["frameCount"] = tag["frameCount"]
+            entry["tags"] = ours(tag["tags"])
+        out.append(entry)
+    return out
+
+
+def main(argv):
+    if len(argv) != 3:
+        print(__doc__, file=sys.stderr)
+        return 2
+    with open(argv[1], "rb") as f:
+        parsed = sp.SWFParser(f)
+    with open(argv[2]) as f:
+        info = json.load(f)
+    problems = []
+    h = parsed.header
+    if h.Signature != info["signature"]:
+        problems.append(f"signature {h.Signature} vs {info['signature']}")
+    if h.Version != info["version"]:
+        problems.append(f"version {h.Version} vs {info['version']}")
+    if h.FileLength != info["fileLength"]:
+        problems.append(f"file length {h.FileLength} vs {info['fileLength']}")
+    if abs(h.FrameRate / 256.0 - info["frameRate"]) > 1e-6:
+        problems.append(f"frame rate {h.FrameRate / 256.0} vs {info['frameRate']}")
+    if h.FrameCount != info["frameCount"]:
+        problems.append(f"frame count {h.FrameCount} vs {info['frameCount']}")
+    # yaswfp reads the four stage values as unsigned numbers; ours are never negative.
+    rect = info["frameRect"]
+    if tuple(h.FrameSize) != (rect["xMin"], rect["xMax"], rect["yMin"], rect["yMax"]):
+        problems.append(f"stage {tuple(h.FrameSize)} vs {rect}")
+    theirs = yaswfp_tags(parsed.tags, argv[1], problems)
+    mine = ours(info["tags"])
+    if theirs != mine:
+        problems.append("tag lists differ:\n  yaswfp: " + json.dumps(theirs) + "\n  quillet: " + json.dumps(mine))
+    shows = sum(1 for t in mine if t["code"] == 1)
+    if shows != info["frameCount"]:
+        problems.append(f"{shows} ShowFrame tags but the header says {info['frameCount']} frames")
+    for p in problems:
+        print(f"FAIL {argv[1]}: {p}")
+    return 1 if problems else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main(sys.argv))
