@@ -86,11 +86,14 @@ PreparedPicture PrepareSlideImage(const SlideImage& settings, const std::vector<
     image.sourceWidth = out.naturalWidth;
     image.sourceHeight = out.naturalHeight;
 
+    out.fillScaleX = BitmapFillScale(image, true);
+    out.fillScaleY = BitmapFillScale(image, false);
+
     if (image.imageType == ImageType::JpegImportData) {
         // The file's own bytes, untouched by crop, filters or turns.
         out.jpeg = importer.fileBytes();
-        out.width = static_cast<uint32_t>(out.naturalWidth);
-        out.height = static_cast<uint32_t>(out.naturalHeight);
+        out.width = static_cast<uint32_t>(image.width > 0 ? image.width : out.naturalWidth);
+        out.height = static_cast<uint32_t>(image.height > 0 ? image.height : out.naturalHeight);
         out.ok = true;
         return out;
     }
@@ -144,11 +147,22 @@ PreparedPicture PrepareSlideImage(const SlideImage& settings, const std::vector<
 
     switch (image.imageType) {
         case ImageType::Jpeg:
-        case ImageType::JpegTransparent: {
             out.jpeg = EncodeJpeg(bitmap.pixels(), out.width, out.height, 3, image.quality);
             if (out.jpeg.empty()) return failed(std::move(out), settings.src, "JPEG compression failed");
-            if (image.imageType == ImageType::JpegTransparent)
-                out.alphaZlib = ZlibCompress(alpha.pixels(), alpha.byteSize());
+            break;
+        case ImageType::JpegTransparent: {
+            // The players take the colours of a JPEG with alpha as already
+            // multiplied by their alpha (and clamp them to it).
+            std::vector<uint8_t> premultiplied(bitmap.pixels(), bitmap.pixels() + bitmap.byteSize());
+            const uint8_t* a = alpha.pixels();
+            for (size_t i = 0, n = alpha.byteSize(); i < n; ++i)
+                for (size_t c = 0; c < 3; ++c) {
+                    uint8_t& v = premultiplied[i * 3 + c];
+                    v = static_cast<uint8_t>((v * a[i] + 127) / 255);
+                }
+            out.jpeg = EncodeJpeg(premultiplied.data(), out.width, out.height, 3, image.quality);
+            if (out.jpeg.empty()) return failed(std::move(out), settings.src, "JPEG compression failed");
+            out.alphaZlib = ZlibCompress(alpha.pixels(), alpha.byteSize());
             break;
         }
         case ImageType::Rgb8:

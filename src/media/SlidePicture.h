@@ -31,7 +31,10 @@ struct PreparedPicture {
     std::string error;           // why, naming the file
     bool cancelled = false;      // the progress reporter asked to stop during filtering
     ImageType type = ImageType::Jpeg;
-    uint32_t width = 0, height = 0;            // the prepared bitmap (displayed size)
+    // The displayed size: the prepared bitmap's size, and the size of the
+    // slide's shape. (For "jpeg_import_data" the stored JPEG keeps the file's
+    // own size and the fill scale stretches it to this.)
+    uint32_t width = 0, height = 0;
     int naturalWidth = 0, naturalHeight = 0;   // the picture file's own size
 
     // Jpeg, JpegTransparent: the JPEG stream (SOI..EOI). JpegImportData: the
@@ -44,6 +47,10 @@ struct PreparedPicture {
     std::unique_ptr<SwfLosslessBase> lossless;
     // JpegExternal: no bitmap; the placeholder clip's 16.16 scales.
     int32_t externalScaleX = 65536, externalScaleY = 65536;
+    // The 16.16 scale of the bitmap fill of the slide's shape (BitmapFillScale
+    // worked out with the picture's measured natural size, which a project
+    // read back from a file does not carry).
+    int32_t fillScaleX = 20 * 65536, fillScaleY = 20 * 65536;
     // The final 24-bit pixels, when asked for (previews, the cached bitmap).
     std::unique_ptr<Bitmap> pixels;
 

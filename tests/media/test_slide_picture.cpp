@@ -121,6 +121,10 @@ TEST_F(SlidePictureTest, EncodesEveryImageType) {
                 EXPECT_EQ(p.externalScaleY, 2 * 65536);
                 continue;
             case ImageType::JpegImportData: {
+                // The file's 40x30 stretched over the 80x60 shape by the fill.
+                EXPECT_EQ(p.width, 80u);
+                EXPECT_EQ(p.fillScaleX, 40 * 65536);
+                EXPECT_EQ(p.fillScaleY, 40 * 65536);
                 auto* j = dynamic_cast<DefineBitsJPEG2Tag*>(tag.get());
                 ASSERT_TRUE(j);
                 const std::string bytes = test::readFile(file("quad-alpha.png"));
@@ -151,6 +155,9 @@ TEST_F(SlidePictureTest, EncodesEveryImageType) {
             const uint8_t* px = reinterpret_cast<const uint8_t*>(ppm.data()) + 13;
             EXPECT_NEAR(px[(10 * 80 + 10) * 3], kRed[0], 12);
             EXPECT_NEAR(px[(45 * 80 + 70) * 3 + 2], kYellow[2], 12);
+            // With alpha the colours are stored multiplied by it.
+            EXPECT_NEAR(px[(45 * 80 + 70) * 3], type == ImageType::Jpeg ? 250 : 125, 12);
+            EXPECT_EQ(p.fillScaleX, 20 * 65536);
             continue;
         }
         auto* lossless = dynamic_cast<SwfLosslessBase*>(tag.get());
