@@ -15,7 +15,7 @@ cp node_modules/@ruffle-rs/ruffle/*.js node_modules/@ruffle-rs/ruffle/*.wasm "$O
 
 "$QUILLET" show demo/demo.qpj
 "$QUILLET" export demo/demo.qpj -o "$OUT/demo.swf"
-"$QUILLET" info "$OUT/demo.swf" | head -n 8
+"$QUILLET" info "$OUT/demo.swf" | sed -n 1,6p
 sed -e 's/@MOVIE@/demo.swf/' -e 's/@WIDTH@/640/' -e 's/@HEIGHT@/480/' demo/page.html > "$OUT/index.html"
 
 # A look at the movie as Ruffle plays it, one frame a second.
