@@ -4,7 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <functional>
+#include <limits>
 #include <map>
 #include <numbers>
 
@@ -32,12 +32,10 @@ struct Rendered {
     SlideOnStage in, out;
 
     Rendered(std::unique_ptr<Transition> t, uint32_t ms, bool withOutgoing = true,
-             const std::function<void(SlideOnStage&, SlideOnStage&)>& setup = {}) {
+             SlideOnStage incoming = {10, 2, SwfMatrix(), 0, 0, kW, kH, 2, ""})
+        : in(incoming), out{5, 1, SwfMatrix::Scale(0x13333, 0x13333, -400, -300), 0, 0, kW, kH, 1, ""} {
         test::TempDir dir;
         uint16_t nextId = 10, nextDepth = 2;
-        in = {10, 2, SwfMatrix(), 0, 0, kW, kH, 2, ""};
-        out = {5, 1, SwfMatrix::Scale(0x13333, 0x13333, -400, -300), 0, 0, kW, kH, 1, ""};
-        if (setup) setup(in, out);
         {
             SwfWriter writer;
             writer.Setup(kW, kH, 12.0f, 6);
@@ -136,19 +134,13 @@ TEST(TransitionRender, FadesWriteTheirAlphaRamps) {
     Rendered cross(Make("Cross Fade"), 2000);  // 24 frames
     ASSERT_EQ(cross.FrameCount(), 24u);
     EXPECT_FALSE(cross.Place(0, 2, true)->move);  // placed first, then faded in the same frame
-    EXPECT_EQ(cross.Alpha(0, 2), 11);       // 256 / 24 + 0.5
+    EXPECT_EQ(cross.Alpha(0, 2), 11);             // 256 / 24 + 0.5
     EXPECT_EQ(cross.Alpha(0, 1), 245);
     EXPECT_EQ(cross.Alpha(11, 2), 128);
     EXPECT_EQ(cross.Alpha(11, 1), 128);
     EXPECT_EQ(cross.Alpha(23, 2), 256);
     EXPECT_EQ(cross.Alpha(23, 1), 0);
     EXPECT_TRUE(cross.Removes(24, 1));
-
-    Rendered first(Make("Cross Fade"), 2000, false);
-    ASSERT_EQ(first.FrameCount(), 24u);  // nothing is written for the missing outgoing slide
-    EXPECT_EQ(first.frames[0].size(), 2u);
-    for (size_t f = 1; f < 24; ++f) EXPECT_EQ(first.frames[f].size(), 1u);
-    EXPECT_TRUE(first.frames[24].empty());
 
     Rendered fadeIn(Make("Fade In"), 1000);  // 12 frames; the outgoing slide stays as it is
     ASSERT_EQ(fadeIn.FrameCount(), 12u);
@@ -219,8 +211,9 @@ TEST(TransitionRender, WipeOnMovesAMaskOverTheSlideFromEachDirection) {
         static const int dx[] = {0, 0, 1, -1, 1, -1, 1, -1, 1, -1, 1, -1};
         static const int dy[] = {-1, 1, 0, 0, 1, 1, -1, -1, 1, 1, -1, -1};
         const SwfMatrix m = at(5);
-        EXPECT_TRUE(Covers(shape->shape, m.translateX, m.translateY, kW / 2 - dx[dir] * kW * 0.4, kH / 2 - dy[dir] * kH * 0.4));
-        EXPECT_FALSE(Covers(shape->shape, m.translateX, m.translateY, kW / 2 + dx[dir] * kW * 0.4, kH / 2 + dy[dir] * kH * 0.4));
+        const double ox = dx[dir] * kW * 0.4, oy = dy[dir] * kH * 0.4;
+        EXPECT_TRUE(Covers(shape->shape, m.translateX, m.translateY, kW / 2 - ox, kH / 2 - oy));
+        EXPECT_FALSE(Covers(shape->shape, m.translateX, m.translateY, kW / 2 + ox, kH / 2 + oy));
         EXPECT_FALSE(Covers(shape->shape, at(0).translateX, at(0).translateY, kW / 2, kH / 2));
         EXPECT_TRUE(r.Removes(12, 3));
     }
@@ -231,9 +224,7 @@ TEST(TransitionRender, SpinInGrowsAboutTheCentreAndEndsUpright) {
         auto t = Make("Spin In");
         static_cast<SpinTransition&>(*t).spins = spins;
         static_cast<SpinTransition&>(*t).clockwise = clockwise;
-        Rendered r(std::move(t), 1000, true, [](SlideOnStage& in, SlideOnStage&) {
-            in.x = 400, in.y = 200, in.width = 6400, in.height = 4800;
-        });
+        Rendered r(std::move(t), 1000, true, {10, 2, SwfMatrix(), 400, 200, 6400, 4800, 2, ""});
         EXPECT_EQ(r.FrameCount(), 12u);
         std::vector<double> result;
         for (size_t f = 0; f < 12; ++f) {
@@ -241,7 +232,6 @@ TEST(TransitionRender, SpinInGrowsAboutTheCentreAndEndsUpright) {
             // The centre maps to its resting place, within rounding.
             EXPECT_NEAR(m.translateX + (m.scaleX * 3200.0 + m.rotateSkew1 * 2400.0) / 65536, 400 + 3200, 1.0);
             EXPECT_NEAR(m.translateY + (m.rotateSkew0 * 3200.0 + m.scaleY * 2400.0) / 65536, 200 + 2400, 1.0);
-            EXPECT_EQ(m.scaleX, m.scaleY);
             EXPECT_NEAR(m.rotateSkew0, -m.rotateSkew1, 1);  // +0.5 then truncation toward zero
             EXPECT_NEAR(std::hypot(m.scaleX, m.rotateSkew0) / 65536, (f + 1) / 12.0, 1e-4);
             result.push_back(std::atan2(m.rotateSkew0, m.scaleX) * 180 / std::numbers::pi);
@@ -252,6 +242,7 @@ TEST(TransitionRender, SpinInGrowsAboutTheCentreAndEndsUpright) {
         return result;
     };
     for (double a : angles(0, true)) EXPECT_EQ(a, 0);
+    for (double a : angles(std::numeric_limits<float>::quiet_NaN(), true)) EXPECT_EQ(a, 0);
     auto cw = angles(0.25f, true), ccw = angles(0.25f, false);
     EXPECT_NEAR(cw[0], -82.5, 0.01);  // a positive angle turns clockwise on screen (y down)
     EXPECT_NEAR(ccw[0], 82.5, 0.01);

@@ -32,6 +32,7 @@ bool SpinInTransition::Render(SlideOnStage* incoming, SlideOnStage* outgoing, Mo
     // on the last frame.
     double turn = static_cast<double>(spins) * 360.0;
     if (!clockwise) turn = -turn;
+    if (!std::isfinite(turn)) turn = 0;  // a damaged spin count grows the slide without turning
 
     double p = 0.0;
     for (int i = 0; i < n; ++i) {
