@@ -21,15 +21,6 @@ int SlideStep::HoldFrames(uint32_t durationMs, float fps) {
     return static_cast<int>(durationMs * 0.001 * fps);
 }
 
-int SlideStep::SlideFrames(const Slide& slide, float fps) {
-    int frames = slide.transitionIn().name() == "None" ? 0 : slide.transitionIn().FrameCount(fps);
-    for (const auto& move : slide.cameraEffects()) {
-        int n = static_cast<int>(move->duration * 0.001 * fps + 0.5);
-        if (n > 0) frames += n;
-    }
-    return frames + HoldFrames(slide.duration, fps);
-}
-
 void SlideStep::WriteLabel(const char* format, int index) {
     char label[48];
     std::snprintf(label, sizeof label, format, index);

@@ -31,8 +31,6 @@ public:
     // for the first). Returns the incoming slide's state on the stage, which
     // becomes the outgoing one of the next step.
     SlideOnStage WriteSlide(const SlideStepInput& in, SlideOnStage* outgoing);
-    // Frames the slide adds to the movie (transition + camera + hold).
-    static int SlideFrames(const Slide& slide, float fps);
     // The hold after the camera moves: trunc(duration * 0.001 * fps).
     static int HoldFrames(uint32_t durationMs, float fps);
 
