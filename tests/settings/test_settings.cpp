@@ -141,7 +141,8 @@ TEST(AppSettings, DamagedValuesKeepTheirDefaults) {
 
     // A file that cannot be read as settings at all still starts with defaults.
     TempDir dir;
-    quillet::test::writeFile(dir.file("settings.ini"), std::string("\0\x01\x02\xff binary junk", 18));
+    const char junk[] = "\0\x01\x02\xff binary junk";
+    quillet::test::writeFile(dir.file("settings.ini"), std::string(junk, sizeof junk - 1));
     AppSettings t;
     EXPECT_TRUE(t.load(dir.file("settings.ini")));
     EXPECT_EQ(t, AppSettings{});
