@@ -78,7 +78,7 @@ uint16_t SlideStep::DefinePicture(const SlideStepInput& in, SlideOnStage& stage)
     uint16_t bitmapId = ctx_.NewCharacterId();
     writer_.AddTag(MakeBitmapTag(picture, bitmapId));
     uint16_t shapeId = ctx_.NewCharacterId();
-    SwfMatrix fill = SwfMatrix::Scale(BitmapFillScale(image, true), BitmapFillScale(image, false));
+    SwfMatrix fill = SwfMatrix::Scale(picture.fillScaleX, picture.fillScaleY);
     writer_.AddTag(DefineShapeTag::Rectangle(shapeId, SwfRect(0, w, 0, h), SwfFillStyle::MakeBitmap(bitmapId, fill)));
     return shapeId;
 }

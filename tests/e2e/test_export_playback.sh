@@ -94,7 +94,7 @@ print("playback ok")
 PY
 
 # The red square grows by half and moves between the first and last camera frame.
-box() { convert "$1" -fuzz 25% -fill black +opaque '#ff0000' -fill white -opaque '#ff0000' -trim -format '%w %h %X %Y' info:; }
+box() { convert "$1" -fuzz 25% -fill black +opaque '#ff0000' -fill white -opaque '#ff0000' -trim -format '%w %h %X %Y\n' info:; }
 read -r w1 h1 x1 y1 < <(box "$work/shots/show-7088ms.png")
 read -r w2 h2 x2 y2 < <(box "$work/shots/show-9008ms.png")
 echo "camera: first ${w1}x${h1}${x1}${y1}, last ${w2}x${h2}${x2}${y2}"
