@@ -8,6 +8,7 @@
 #include "model/PublishSettings.h"
 #include "model/SlideShow.h"
 #include "movie/MovieExporter.h"
+#include "settings/AppSettings.h"
 
 namespace quillet::cli {
 namespace {
@@ -28,6 +29,8 @@ int runExport(const std::vector<std::string>& args) {
     if (const std::string* o = parsed.value("--output")) out = *o;
     if (out.empty()) out = std::filesystem::path(project).replace_extension(".swf").string();
 
+    // The user's settings decide, for instance, the bitmap-shift of every slide.
+    AppSettings::current().load();
     SlideShow show;
     PublishSettings publish;
     std::string error;
