@@ -52,7 +52,7 @@ void JsonTags(std::ostream& out, const std::vector<std::unique_ptr<SwfTag>>& tag
         if (t.HasId()) out << ", \"id\": " << t.GetId();
         if (auto* sprite = dynamic_cast<const DefineSpriteTag*>(&t)) {
             out << ", \"frameCount\": " << sprite->FrameCount() << ", \"tags\": ";
-            JsonTags(out, sprite->Tags(), sprite->Locations(), base + loc.offset + loc.headerLength + 4, indent + "  ");
+            JsonTags(out, sprite->Tags(), sprite->Locations(), base + loc.offset + loc.headerLength, indent + "  ");
         }
         out << "}";
     }
@@ -72,7 +72,7 @@ void TextTags(std::ostream& out, const std::vector<std::unique_ptr<SwfTag>>& tag
         if (auto* sprite = dynamic_cast<const DefineSpriteTag*>(&t)) line << "  frames " << sprite->FrameCount();
         out << line.str() << "\n";
         if (auto* sprite = dynamic_cast<const DefineSpriteTag*>(&t))
-            TextTags(out, sprite->Tags(), sprite->Locations(), base + loc.offset + loc.headerLength + 4, level + 1);
+            TextTags(out, sprite->Tags(), sprite->Locations(), base + loc.offset + loc.headerLength, level + 1);
     }
 }
 

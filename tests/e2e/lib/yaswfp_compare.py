@@ -3,13 +3,15 @@
 
 usage: yaswfp_compare.py MOVIE.swf INFO.json
 
-Checks: signature, version, file length, frame rate bytes, frame count, and
-the tag codes in order (recursively inside sprites, with their frame counts).
+Checks: signature, version, file length, frame rate bytes, frame count, the
+tag codes in order (recursively inside sprites, with their frame counts), and
+that every offset and length that quillet reports points at such a tag header.
 yaswfp stops at the End tag and does not list it, so End tags are left out of
 the comparison; a tag that yaswfp knows but fails to parse fails the check.
 """
 import json
 import sys
+import zlib
 
 import yaswfp.swfparser as sp
 
@@ -47,6 +49,24 @@ def ours(tags):
     return out
 
 
+def check_offsets(data, tags, where, problems):
+    """Each reported offset must hold a tag header of that code and body length."""
+    for tag in tags:
+        at = tag["offset"]
+        if at + 2 > len(data):
+            problems.append(f"{where}: offset {at} of {tag['name']} is beyond the movie")
+            continue
+        head = data[at] | data[at + 1] << 8
+        length = head & 0x3F
+        if length == 0x3F:
+            length = int.from_bytes(data[at + 2:at + 6], "little")
+        if head >> 6 != tag["code"] or length != tag["length"]:
+            problems.append(f"{where}: offset {at} holds code {head >> 6} length {length}, "
+                            f"not {tag['code']} length {tag['length']}")
+        if "tags" in tag:
+            check_offsets(data, tag["tags"], where, problems)
+
+
 def main(argv):
     if len(argv) != 3:
         print(__doc__, file=sys.stderr)
@@ -71,6 +91,11 @@ def main(argv):
     rect = info["frameRect"]
     if tuple(h.FrameSize) != (rect["xMin"], rect["xMax"], rect["yMin"], rect["yMax"]):
         problems.append(f"stage {tuple(h.FrameSize)} vs {rect}")
+    with open(argv[1], "rb") as f:
+        raw = f.read()
+    if raw[:1] == b"C":
+        raw = b"FWS" + raw[3:8] + zlib.decompress(raw[8:])
+    check_offsets(raw, info["tags"], argv[1], problems)
     theirs = yaswfp_tags(parsed.tags, argv[1], problems)
     mine = ours(info["tags"])
     if theirs != mine:
