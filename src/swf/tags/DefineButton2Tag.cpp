@@ -1,24 +1,7 @@
+// DefineButton2: button records with colour transforms and conditional actions.
 #include "swf/tags/ButtonTags.h"
 
 namespace quillet {
-
-void DefineButtonTag::OffsetIds(int16_t delta) {
-    id_ = Offset(id_, delta);
-    for (auto& r : records) r.characterId = Offset(r.characterId, delta);
-}
-
-void DefineButtonTag::WriteBody(SwfStream& body) const {
-    body.WriteU16(id_);
-    WriteButtonRecords(body, records, false);
-    actions.Write(body, true);
-}
-
-void DefineButtonTag::ReadBody(SwfInput& body) {
-    id_ = body.ReadU16();
-    ReadButtonRecords(body, records, false);
-    actions.clear();
-    if (body.ok()) actions.Read(body, true);
-}
 
 void DefineButton2Tag::OffsetIds(int16_t delta) {
     id_ = Offset(id_, delta);
@@ -68,29 +51,6 @@ void DefineButton2Tag::ReadBody(SwfInput& body) {
         }
         actions.push_back(std::move(a));
         if (size == 0) break;
-    }
-}
-
-void DefineButtonSoundTag::OffsetIds(int16_t delta) {
-    buttonId = Offset(buttonId, delta);
-    for (auto& s : soundIds)
-        if (s != 0) s = Offset(s, delta);
-}
-
-void DefineButtonSoundTag::WriteBody(SwfStream& body) const {
-    body.WriteU16(buttonId);
-    for (size_t i = 0; i < 4; ++i) {
-        body.WriteU16(soundIds[i]);
-        if (soundIds[i] != 0) soundInfos[i].Write(body);
-    }
-}
-
-void DefineButtonSoundTag::ReadBody(SwfInput& body) {
-    buttonId = body.ReadU16();
-    for (size_t i = 0; i < 4; ++i) {
-        soundIds[i] = body.ReadU16();
-        soundInfos[i] = SwfSoundInfo();
-        if (soundIds[i] != 0) soundInfos[i].Read(body);
     }
 }
 

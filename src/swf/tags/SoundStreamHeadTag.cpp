@@ -1,26 +1,7 @@
+// SoundStreamHead and SoundStreamHead2: the stream sound format of a timeline.
 #include "swf/tags/SoundTags.h"
 
 namespace quillet {
-
-void DefineSoundTag::WriteBody(SwfStream& body) const {
-    body.WriteU16(id_);
-    body.WriteBits(format, 4);
-    body.WriteBits(rate, 2);
-    body.WriteBit(is16Bit);
-    body.WriteBit(stereo);
-    body.WriteU32(sampleCount);
-    body.WriteBytes(data);
-}
-
-void DefineSoundTag::ReadBody(SwfInput& body) {
-    id_ = body.ReadU16();
-    format = static_cast<uint8_t>(body.ReadBits(4));
-    rate = static_cast<uint8_t>(body.ReadBits(2));
-    is16Bit = body.ReadBit();
-    stereo = body.ReadBit();
-    sampleCount = body.ReadU32();
-    data = body.ReadRest();
-}
 
 void SwfSoundStreamHeadBase::WriteBody(SwfStream& body) const {
     body.WriteBits(0, 4);
