@@ -38,7 +38,7 @@ int CameraEffect::FrameCount(float fps) const {
 }
 
 void CameraEffect::Render(SlideOnStage& slide, MovieContext& ctx) const {
-    for (int n = FrameCount(ctx.fps); n > 0; --n) ShowFrame(ctx);
+    for (int n = FrameCount(ctx.fps); n > 0; --n) EndFrame(ctx);
 }
 
 void PanZoomEffect::Render(SlideOnStage& slide, MovieContext& ctx) const {
@@ -58,7 +58,7 @@ void PanZoomEffect::Render(SlideOnStage& slide, MovieContext& ctx) const {
         sy += dz;
         if (slide.characterId != 0)
             ctx.movie.AddTag(PlaceObject2Tag::Modify(slide.depth, SwfMatrix::Scale(fixed(sx), fixed(sy), tx, ty)));
-        ShowFrame(ctx);
+        EndFrame(ctx);
     }
     slide.matrix = SwfMatrix::Scale(fixed(sx), fixed(sy), tx, ty);
 }

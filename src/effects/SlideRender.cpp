@@ -37,6 +37,6 @@ void SetOpacity(uint16_t depth, double opacity, MovieContext& ctx) {
     ctx.movie.AddTag(PlaceObject2Tag::Modify(depth, std::nullopt, SwfColorTransformAlpha::Alpha(alpha)));
 }
 
-void ShowFrame(MovieContext& ctx) { ctx.movie.AddTag(std::make_unique<ShowFrameTag>()); }
+void EndFrame(MovieContext& ctx) { ctx.movie.AddTag(std::make_unique<ShowFrameTag>()); }
 
 }  // namespace quillet

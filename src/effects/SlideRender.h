@@ -51,6 +51,7 @@ uint16_t PlaceSlideCopy(const SlideOnStage* slide, MovieContext& ctx);
 // Modifies what is at `depth` to the given opacity (0..1): multipliers 256,
 // alpha multiplier trunc(opacity * 256 + 0.5).
 void SetOpacity(uint16_t depth, double opacity, MovieContext& ctx);
-void ShowFrame(MovieContext& ctx);
+// Ends the current frame of the movie (one ShowFrame tag).
+void EndFrame(MovieContext& ctx);
 
 }  // namespace quillet

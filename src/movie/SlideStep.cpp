@@ -103,7 +103,7 @@ SlideOnStage SlideStep::WriteSlide(const SlideStepInput& in, SlideOnStage* outgo
     slide.transitionIn().Render(&stage, outgoing, ctx_);
     WriteLabel("slide_%d", in.index);
     for (const auto& move : slide.cameraEffects()) move->Render(stage, ctx_);
-    for (int i = HoldFrames(slide.duration, ctx_.fps); i > 0; --i) ShowFrame(ctx_);
+    for (int i = HoldFrames(slide.duration, ctx_.fps); i > 0; --i) EndFrame(ctx_);
     return stage;
 }
 

@@ -34,7 +34,7 @@ bool ColorFadeTransition::Render(SlideOnStage* incoming, SlideOnStage* outgoing,
     for (int i = 0; i < half; ++i) {
         p = std::min(p + step, 1.0);
         SetOpacity(depth, p, ctx);
-        ShowFrame(ctx);
+        EndFrame(ctx);
     }
     // The slides change under the full colour.
     PlaceSlide(incoming, ctx);
@@ -43,7 +43,7 @@ bool ColorFadeTransition::Render(SlideOnStage* incoming, SlideOnStage* outgoing,
     for (int i = 0; i < half; ++i) {
         q = std::max(q - step, 0.0);
         SetOpacity(depth, q, ctx);
-        ShowFrame(ctx);
+        EndFrame(ctx);
     }
     ctx.movie.AddTag(std::make_unique<RemoveObject2Tag>(depth));
     return true;

@@ -21,7 +21,7 @@ bool CrossFadeTransition::Render(SlideOnStage* incoming, SlideOnStage* outgoing,
         out = std::max(out - step, 0.0);
         if (incoming && incoming->characterId != 0) SetOpacity(incoming->depth, in, ctx);
         if (outgoing && outgoing->characterId != 0) SetOpacity(outgoing->depth, out, ctx);
-        ShowFrame(ctx);
+        EndFrame(ctx);
     }
     RemoveSlide(outgoing, ctx);
     return true;

@@ -17,7 +17,7 @@ bool FadeInTransition::Render(SlideOnStage* incoming, SlideOnStage* outgoing, Mo
     for (int i = 0; i < n; ++i) {
         p = std::min(p + step, 1.0);
         if (incoming && incoming->characterId != 0) SetOpacity(incoming->depth, p, ctx);
-        ShowFrame(ctx);
+        EndFrame(ctx);
     }
     // The outgoing slide stayed untouched underneath; it goes once the
     // incoming one covers it.

@@ -27,7 +27,7 @@ bool FadeOutTransition::Render(SlideOnStage* incoming, SlideOnStage* outgoing, M
     for (int i = 0; i < n; ++i) {
         q = std::max(q - step, 0.0);
         SetOpacity(copy, q, ctx);
-        ShowFrame(ctx);
+        EndFrame(ctx);
     }
     ctx.movie.AddTag(std::make_unique<RemoveObject2Tag>(copy));
     return true;

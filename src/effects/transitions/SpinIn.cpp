@@ -57,7 +57,7 @@ bool SpinInTransition::Render(SlideOnStage* incoming, SlideOnStage* outgoing, Mo
             }
             ctx.movie.AddTag(PlaceObject2Tag::Modify(incoming->depth, m));
         }
-        ShowFrame(ctx);
+        EndFrame(ctx);
     }
     // The slide's stored placement stays what PlaceSlide made it: scale 1 at
     // its own position, which is also where the last frame left it.

@@ -38,7 +38,7 @@ bool WipeOnTransition::Render(SlideOnStage* incoming, SlideOnStage* outgoing, Mo
         const double progress = static_cast<double>(i) / n;
         ctx.movie.AddTag(
             PlaceObject2Tag::Modify(maskDepth, SwfMatrix::Translate(mask.OffsetX(progress), mask.OffsetY(progress))));
-        ShowFrame(ctx);
+        EndFrame(ctx);
     }
     ctx.movie.AddTag(std::make_unique<RemoveObject2Tag>(maskDepth));
     RemoveSlide(outgoing, ctx);
