@@ -83,14 +83,14 @@ std::unique_ptr<ImageFilter> ReadFilterElement(const XmlNode& element) {
 
 namespace filters {
 
-ParamFilter::ParamFilter(std::string name, std::vector<ParamSpec> specs)
-    : ImageFilter(std::move(name)), specs_(std::move(specs)) {
-    for (const ParamSpec& s : specs_) values_.push_back(s.defaultValue);
+ParamFilter::ParamFilter(std::string name, std::vector<ParamSpec> params)
+    : ImageFilter(std::move(name)), params_(std::move(params)) {
+    for (const ParamSpec& s : params_) values_.push_back(s.defaultValue);
 }
 
 void ParamFilter::ReadOptions(const XmlNode& element) {
-    for (size_t i = 0; i < specs_.size(); ++i) {
-        const ParamSpec& s = specs_[i];
+    for (size_t i = 0; i < params_.size(); ++i) {
+        const ParamSpec& s = params_[i];
         if (!s.attribute) continue;
         if (s.kind == FilterOption::Kind::Real) {
             double v;
@@ -106,8 +106,8 @@ void ParamFilter::ReadOptions(const XmlNode& element) {
 }
 
 void ParamFilter::WriteOptions(XmlWriter& writer) const {
-    for (size_t i = 0; i < specs_.size(); ++i) {
-        const ParamSpec& s = specs_[i];
+    for (size_t i = 0; i < params_.size(); ++i) {
+        const ParamSpec& s = params_[i];
         if (!s.attribute) continue;
         if (s.kind == FilterOption::Kind::Real)
             writer.attributeReal(s.attribute, values_[i]);
@@ -118,8 +118,8 @@ void ParamFilter::WriteOptions(XmlWriter& writer) const {
 
 std::vector<FilterOption> ParamFilter::Options() const {
     std::vector<FilterOption> out;
-    for (size_t i = 0; i < specs_.size(); ++i) {
-        const ParamSpec& s = specs_[i];
+    for (size_t i = 0; i < params_.size(); ++i) {
+        const ParamSpec& s = params_[i];
         FilterOption o;
         o.kind = s.kind;
         o.label = s.label;
@@ -139,7 +139,7 @@ double ParamFilter::OptionValue(size_t index) const { return index < values_.siz
 
 void ParamFilter::SetOptionValue(size_t index, double value) {
     if (index >= values_.size() || !std::isfinite(value)) return;
-    const ParamSpec& s = specs_[index];
+    const ParamSpec& s = params_[index];
     if (s.kind != FilterOption::Kind::Real) value = std::trunc(value);
     values_[index] = std::clamp(value, s.minValue, s.maxValue);
 }

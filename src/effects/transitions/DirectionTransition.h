@@ -18,13 +18,13 @@ public:
     double OptionValue(size_t index) const override;
     bool SetOptionValue(size_t index, double value) override;
 
-    const KeywordOptionSpec& spec() const { return spec_; }
+    const KeywordOptionSpec& table() const { return table_; }
 
 protected:
-    DirectionTransition(std::string name, const KeywordOptionSpec& spec);
+    DirectionTransition(std::string name, const KeywordOptionSpec& table);
 
 private:
-    const KeywordOptionSpec& spec_;
+    const KeywordOptionSpec& table_;
 };
 
 }  // namespace quillet

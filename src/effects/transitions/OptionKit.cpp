@@ -8,11 +8,11 @@
 
 namespace quillet {
 
-bool ReadKeyword(const XmlNode& element, const KeywordOptionSpec& spec, int32_t& index) {
+bool ReadKeyword(const XmlNode& element, const KeywordOptionSpec& table, int32_t& index) {
     std::string keyword;
-    if (!element.readString(spec.attribute, keyword)) return false;
-    for (size_t i = 0; i < spec.read.size(); ++i) {
-        if (spec.read[i] && keyword == spec.read[i]) {
+    if (!element.readString(table.attribute, keyword)) return false;
+    for (size_t i = 0; i < table.read.size(); ++i) {
+        if (table.read[i] && keyword == table.read[i]) {
             index = static_cast<int32_t>(i);
             return true;
         }
@@ -20,20 +20,20 @@ bool ReadKeyword(const XmlNode& element, const KeywordOptionSpec& spec, int32_t&
     return false;
 }
 
-void WriteKeyword(XmlWriter& writer, const KeywordOptionSpec& spec, int32_t index) {
-    if (index < 0 || static_cast<size_t>(index) >= spec.written.size()) return;
-    writer.attributeRaw(spec.attribute, spec.written[static_cast<size_t>(index)]);
+void WriteKeyword(XmlWriter& writer, const KeywordOptionSpec& table, int32_t index) {
+    if (index < 0 || static_cast<size_t>(index) >= table.written.size()) return;
+    writer.attributeRaw(table.attribute, table.written[static_cast<size_t>(index)]);
 }
 
-TransitionOption ListOption(const KeywordOptionSpec& spec, int option) {
+TransitionOption ListOption(const KeywordOptionSpec& table, int option) {
     TransitionOption o;
     o.kind = TransitionOption::Kind::List;
-    o.label = spec.label;
+    o.label = table.label;
     o.labelId = OptionLabelId(option);
     o.controlId = OptionControlId(option);
-    o.items.assign(spec.items.begin(), spec.items.end());
-    o.attribute = spec.attribute;
-    o.defaultValue = spec.defaultIndex;
+    o.items.assign(table.items.begin(), table.items.end());
+    o.attribute = table.attribute;
+    o.defaultValue = table.defaultIndex;
     return o;
 }
 

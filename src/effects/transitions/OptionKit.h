@@ -34,11 +34,11 @@ struct KeywordOptionSpec {
 };
 
 // True (and the index set) when the attribute holds a recognised keyword.
-bool ReadKeyword(const XmlNode& element, const KeywordOptionSpec& spec, int32_t& index);
+bool ReadKeyword(const XmlNode& element, const KeywordOptionSpec& table, int32_t& index);
 // Writes ` attribute="keyword"`; nothing for an index outside the table.
-void WriteKeyword(XmlWriter& writer, const KeywordOptionSpec& spec, int32_t index);
-// The list control for the spec, as the `option`-th control pair.
-TransitionOption ListOption(const KeywordOptionSpec& spec, int option);
+void WriteKeyword(XmlWriter& writer, const KeywordOptionSpec& table, int32_t index);
+// The list control for the table, as the `option`-th control pair.
+TransitionOption ListOption(const KeywordOptionSpec& table, int option);
 
 // A list selection from a control value, clamped to [0, count - 1].
 int32_t ClampIndex(double value, size_t count);

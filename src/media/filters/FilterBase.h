@@ -24,7 +24,7 @@ struct ParamSpec {
     std::vector<std::string> items;   // list items
 };
 
-// A filter whose options are all numbers (or list indices) described by specs.
+// A filter whose options are all numbers (or list indices) described by params.
 class ParamFilter : public ImageFilter {
 public:
     void ReadOptions(const XmlNode& element) override;
@@ -34,11 +34,11 @@ public:
     void SetOptionValue(size_t index, double value) override;
 
 protected:
-    ParamFilter(std::string name, std::vector<ParamSpec> specs);
+    ParamFilter(std::string name, std::vector<ParamSpec> params);
     double value(size_t index) const { return values_[index]; }
     int intValue(size_t index) const { return static_cast<int>(values_[index]); }
 
-    std::vector<ParamSpec> specs_;
+    std::vector<ParamSpec> params_;
     std::vector<double> values_;
 };
 

@@ -23,14 +23,14 @@ def main(argv):
     if result.get("errors") and not allow_errors:
         failures.append("player errors: " + "; ".join(result["errors"]))
     shots = {shot["time"]: shot for shot in result.get("shots", [])}
-    for spec in args[1:]:
+    for table in args[1:]:
         try:
-            time, point, colour, tol = spec.split()
+            time, point, colour, tol = table.split()
             time = float(time)
             want = [int(v) for v in colour.split(",")]
             tol = int(tol)
         except ValueError:
-            print(f"expect_pixels: bad expectation {spec!r}", file=sys.stderr)
+            print(f"expect_pixels: bad expectation {table!r}", file=sys.stderr)
             return 2
         shot = shots.get(time) or shots.get(int(time))
         if shot is None:
