@@ -185,6 +185,7 @@ ExportResult MovieExporter::ExportMovie(const std::string& path, ProgressSink* p
         in.backgroundColor = show_.bgColor;
         in.stageWidth = show_.width();
         in.stageHeight = show_.height();
+        in.movieFolder = fs::path(path).parent_path().string();
         previous = step.WriteSlide(in, havePrevious ? &previous : nullptr);
         havePrevious = true;
         result.slidesWritten = i;

@@ -1,6 +1,7 @@
 #include "movie/SlideStep.h"
 
 #include <cstdio>
+#include <filesystem>
 
 #include "effects/CameraEffect.h"
 #include "effects/Transition.h"
@@ -12,6 +13,16 @@
 #include "swf/SwfWriter.h"
 
 namespace quillet {
+
+std::string PictureUrl(const std::string& picturePath, const std::string& movieFolder) {
+    namespace fs = std::filesystem;
+    std::error_code ec;
+    fs::path picture = fs::absolute(picturePath, ec);
+    fs::path folder = fs::absolute(movieFolder.empty() ? "." : movieFolder, ec);
+    fs::path rel = picture.lexically_normal().lexically_relative(folder.lexically_normal());
+    if (ec || rel.empty()) return picturePath;
+    return rel.generic_string();
+}
 
 SlideStep::SlideStep(SwfWriter& writer, float fps, uint16_t& nextCharacterId, uint16_t& nextDepth)
     : writer_(writer), ctx_{writer, fps, nextCharacterId, nextDepth} {}
@@ -66,7 +77,7 @@ uint16_t SlideStep::DefinePicture(const SlideStepInput& in, SlideOnStage& stage)
         outer->Add(std::move(place));
         SwfActionList load;
         auto& push = load.Emplace<ActionPush>();
-        push.String(image.src).String(target);
+        push.String(PictureUrl(image.src, in.movieFolder)).String(target);
         load.Emplace<ActionGetURL2>(0, true, false);  // loadMovie(src, target)
         load.Emplace<ActionStop>();
         outer->Add(std::make_unique<DoActionTag>(std::move(load)));

@@ -21,7 +21,12 @@ struct SlideStepInput {
     PreparedPicture* picture = nullptr;  // prepared ahead; null for a blank slide
     uint32_t backgroundColor = 0;        // 0x00RRGGBB, what a blank slide shows
     int stageWidth = 0, stageHeight = 0; // pixels
+    std::string movieFolder;             // where the movie goes: pictures loaded at play time are found from there
 };
+
+// The address by which a movie in `movieFolder` finds a picture at play time:
+// relative to the movie (a page serves them side by side), else the path itself.
+std::string PictureUrl(const std::string& picturePath, const std::string& movieFolder);
 
 class SlideStep {
 public:

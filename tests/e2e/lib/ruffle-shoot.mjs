@@ -4,7 +4,7 @@
 //
 // Usage:
 //   node tests/e2e/lib/ruffle-shoot.mjs --movie M.swf --size 320x240 --times 120,210,450 \
-//        [--probe X,Y]... [--out DIR] [--name NAME] [--wallclock] [--timeout-ms 60000]
+//        [--probe X,Y]... [--out DIR] [--name NAME] [--wallclock] [--network] [--timeout-ms 60000]
 //
 //   --movie     the movie to play
 //   --size      the stage in pixels (the viewport, device pixel ratio 1)
@@ -13,6 +13,8 @@
 //   --probe     a pixel to read in every screenshot (repeatable)
 //   --out       folder for the results (default: a folder beside the movie named NAME-shots)
 //   --name      prefix of the written files (default: the movie's base name)
+//   --network   let the movie load files from its own folder (served beside it), e.g.
+//               pictures it loads at play time; without it the movie has no network
 //   --wallclock real time instead of the virtual animation clock (movies paced by stream
 //               sound); expect +-1 frame then
 //   --settle-ms real time to wait after loading, with the virtual clock stopped (default 200)
@@ -53,12 +55,12 @@ const require = createRequire(path.join(root, "package.json"));
 
 function usage(message) {
   process.stderr.write(`ruffle-shoot: ${message}\n` +
-    "usage: ruffle-shoot.mjs --movie M.swf --size WxH --times T1,T2 [--probe X,Y]... [--out DIR] [--name NAME] [--wallclock]\n");
+    "usage: ruffle-shoot.mjs --movie M.swf --size WxH --times T1,T2 [--probe X,Y]... [--out DIR] [--name NAME] [--wallclock] [--network]\n");
   process.exit(2);
 }
 
 function parseArgs(argv) {
-  const opts = { probes: [], wallclock: false, timeoutMs: 60000, settleMs: 200 };
+  const opts = { probes: [], wallclock: false, network: false, timeoutMs: 60000, settleMs: 200 };
   for (let i = 0; i < argv.length; i++) {
     const a = argv[i];
     const next = () => {
@@ -72,6 +74,7 @@ function parseArgs(argv) {
     else if (a === "--out") opts.out = next();
     else if (a === "--name") opts.name = next();
     else if (a === "--wallclock") opts.wallclock = true;
+    else if (a === "--network") opts.network = true;
     else if (a === "--timeout-ms") opts.timeoutMs = Number(next());
     else if (a === "--settle-ms") opts.settleMs = Number(next());
     else usage(`unknown option ${a}`);
@@ -123,10 +126,14 @@ const MIME = {
   ".wasm": "application/wasm",
   ".swf": "application/x-shockwave-flash",
   ".html": "text/html",
+  ".jpg": "image/jpeg",
+  ".jpeg": "image/jpeg",
+  ".png": "image/png",
+  ".gif": "image/gif",
   ".map": "application/json",
 };
 
-function page(width, height) {
+function page(width, height, network) {
   // Ruffle's test configuration: plays at once, no overlays, no splash screen,
   // no letterboxing and no network access for the movie.
   return `<!doctype html>
@@ -137,7 +144,7 @@ function page(width, height) {
 window.RufflePlayer = window.RufflePlayer || {};
 window.RufflePlayer.config = {
   autoplay: "on", unmuteOverlay: "hidden", splashScreen: false, letterbox: "off",
-  contextMenu: "off", allowNetworking: "none", logLevel: "warn",
+  contextMenu: "off", allowNetworking: "${network ? "all" : "none"}", logLevel: "warn",
   warnOnUnsupportedContent: false, publicPath: "/ruffle/"
 };
 window.__loaded = new Promise((resolve, reject) => { window.__resolveLoaded = resolve; window.__rejectLoaded = reject; });
@@ -155,7 +162,8 @@ window.addEventListener("DOMContentLoaded", () => {
 </head><body></body></html>`;
 }
 
-async function serve(moviePath, width, height, missing) {
+async function serve(moviePath, width, height, missing, network) {
+  const movieDir = path.dirname(moviePath);
   const ruffleDir = path.dirname(require.resolve("@ruffle-rs/ruffle/ruffle.js"));
   const server = createServer(async (req, res) => {
     try {
@@ -168,13 +176,15 @@ async function serve(moviePath, width, height, missing) {
       }
       if (url.pathname === "/" || url.pathname === "/index.html") {
         res.writeHead(200, { "content-type": "text/html" });
-        res.end(page(width, height));
+        res.end(page(width, height, network));
         return;
       } else if (url.pathname === "/movie.swf") {
         file = moviePath;
       } else if (url.pathname.startsWith("/ruffle/")) {
         const name = path.basename(url.pathname);
         file = path.join(ruffleDir, name);
+      } else if (network && !path.relative(movieDir, path.join(movieDir, decodeURIComponent(url.pathname))).startsWith("..")) {
+        file = path.join(movieDir, decodeURIComponent(url.pathname));
       } else {
         missing.push(url.pathname);
         res.writeHead(404);
@@ -218,7 +228,7 @@ async function main() {
   const { chromium } = require("playwright-core");
   const errors = [];
   const missing = [];
-  const server = await serve(path.resolve(opts.movie), opts.width, opts.height, missing);
+  const server = await serve(path.resolve(opts.movie), opts.width, opts.height, missing, opts.network);
   const port = server.address().port;
   const consoleLines = [];
   const browser = await chromium.launch({
