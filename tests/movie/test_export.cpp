@@ -10,6 +10,7 @@
 #include "model/Slide.h"
 #include "model/SlideShow.h"
 #include "movie/MovieExporter.h"
+#include "movie/SlideStep.h"
 #include "support/TempDir.h"
 #include "swf/SwfReader.h"
 #include "swf/SwfTags.h"
@@ -205,4 +206,10 @@ TEST(Export, BadPicturesAndBadDestinationsAreReported) {
     ExportResult bad = MovieExporter(show).ExportMovie(dir.file("no/such/folder/show.swf"));
     EXPECT_FALSE(bad.ok);
     EXPECT_FALSE(bad.error.empty());
+}
+
+TEST(Export, PicturesLoadedAtPlayTimeAreFoundFromTheMovie) {
+    EXPECT_EQ(PictureUrl("/site/pictures/a.jpg", "/site"), "pictures/a.jpg");
+    EXPECT_EQ(PictureUrl("/site/a.jpg", "/site/movies"), "../a.jpg");
+    EXPECT_EQ(PictureUrl("/site/./x/../a.jpg", "/site/"), "a.jpg");
 }
