@@ -1,5 +1,6 @@
 #include "media/filters/Neighbourhood.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstring>
 
@@ -119,6 +120,26 @@ std::vector<uint8_t> LuminancePlane(const Bitmap& bitmap) {
     for (size_t i = 0; i < count; ++i, p += 3)
         plane[i] = static_cast<uint8_t>((299 * p[0] + 587 * p[1] + 114 * p[2] + 500) / 1000);
     return plane;
+}
+
+void WarpAboutCentre(Bitmap& bitmap, const WarpMap& map) {
+    const int w = static_cast<int>(bitmap.width());
+    const int h = static_cast<int>(bitmap.height());
+    Bitmap source;
+    source.CopyFrom(bitmap);
+    const double cx = (w - 1) / 2.0, cy = (h - 1) / 2.0;
+    const double radius = std::max(w, h) / 2.0;
+    const double sx = w >= h ? 1.0 : static_cast<double>(h) / w;
+    const double sy = h >= w ? 1.0 : static_cast<double>(w) / h;
+    for (int y = 0; y < h; ++y) {
+        uint8_t* out = bitmap.row(static_cast<uint32_t>(y));
+        for (int x = 0; x < w; ++x) {
+            double dx = (x - cx) * sx, dy = (y - cy) * sy;
+            const double d = std::sqrt(dx * dx + dy * dy);
+            if (d >= radius || !map(dx, dy, d, radius)) continue;
+            SampleBilinear(source, cx + dx / sx, cy + dy / sy, out + x * 3);
+        }
+    }
 }
 
 }  // namespace quillet::filters

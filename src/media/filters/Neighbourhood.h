@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <vector>
 
 #include "media/Bitmap.h"
@@ -29,5 +30,13 @@ void SampleBilinear(const Bitmap& source, double x, double y, uint8_t* out);
 
 // 0.299 R + 0.587 G + 0.114 B per pixel.
 std::vector<uint8_t> LuminancePlane(const Bitmap& bitmap);
+
+// Warps the picture inside the largest centred ellipse (measured as a circle
+// by stretching the shorter axis). For each pixel inside, `map` gets its
+// offset (dx, dy) from the centre, its distance d and the radius, and
+// replaces the offset with the one to sample from; returning false leaves
+// the pixel as it is. Pixels outside the ellipse are untouched.
+using WarpMap = std::function<bool(double& dx, double& dy, double d, double radius)>;
+void WarpAboutCentre(Bitmap& bitmap, const WarpMap& map);
 
 }  // namespace quillet::filters
