@@ -150,6 +150,20 @@ TEST(SwfActions, UrlsJumpsAndFrameActionsRoundTrip) {
     EXPECT_EQ(back[9].Code(), SwfActionCode::CallMethod);
 }
 
+// loadMovie into a clip and a POST that loads variables, as players decode the
+// flags byte (method in the low bits, the sprite and variables flags at the top).
+TEST(SwfActions, GetURL2FlagsByte) {
+    SwfActionList list;
+    list.Emplace<ActionGetURL2>(ActionGetURL2::None, true, false);
+    list.Emplace<ActionGetURL2>(ActionGetURL2::Post, false, true);
+    EXPECT_EQ(Bytes(list), (std::vector<uint8_t>{0x9A, 1, 0, 0x40, 0x9A, 1, 0, 0x82, 0}));
+    auto back = ReadBack({0x9A, 1, 0, 0x41, 0});
+    auto& get = dynamic_cast<ActionGetURL2&>(back[0]);
+    EXPECT_EQ(get.method, ActionGetURL2::Get);
+    EXPECT_TRUE(get.loadTarget);
+    EXPECT_FALSE(get.loadVariables);
+}
+
 TEST(ShowScripts, PlayAndPauseFunctionsAndThePlayingFlag) {
     SwfActionList list;
     AppendShowFunctions(list);

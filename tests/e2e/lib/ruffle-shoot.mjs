@@ -101,20 +101,47 @@ function parseArgs(argv) {
 // Ruffle paces its timeline by animation-frame timestamps, so the frames a movie
 // shows at a given virtual time do not depend on how long loading took or on how
 // busy the machine is. Ordinary timers (used while loading) keep real time.
+// Files a movie fetches while it plays (pictures loaded into clips) arrive
+// within the frame that asked for them: the clock waits for every request in
+// flight, and for the player's work on the response, before the next frame.
 const FRAME_DRIVER = `(() => {
   let now = 0;
   let queue = [];
   let nextId = 1;
+  let inFlight = 0;
+  const realFetch = window.fetch.bind(window);
+  window.fetch = (...args) => {
+    inFlight++;
+    return realFetch(...args).then((response) => {
+      // The player reads the body afterwards: count the request until it has.
+      let counted = true;
+      const done = () => { if (counted) { counted = false; inFlight--; } };
+      for (const method of ["arrayBuffer", "blob", "text", "json"]) {
+        const original = response[method].bind(response);
+        response[method] = () => original().finally(done);
+      }
+      // A body read some other way (or never) stops counting after two seconds.
+      setTimeout(done, 2000);
+      return response;
+    }, (e) => { inFlight--; throw e; });
+  };
+  const turn = () => new Promise((resolve) => setTimeout(resolve, 0));
   window.requestAnimationFrame = (callback) => { const id = nextId++; queue.push({ id, callback }); return id; };
   window.cancelAnimationFrame = (id) => { queue = queue.filter((e) => e.id !== id); };
   performance.now = () => now;
-  window.__quilletAdvanceTo = (time) => {
+  window.__quilletAdvanceTo = async (time) => {
     while (now + 16 <= time) {
       now += 16;
       const due = queue;
       queue = [];
       for (const e of due) {
         try { e.callback(now); } catch (err) { console.error(String(err && err.stack || err)); }
+      }
+      // Requests the frame made start from the player's queued tasks.
+      for (let i = 0; i < 3; i++) await Promise.resolve();
+      if (inFlight > 0) {
+        while (inFlight > 0) await turn();
+        for (let i = 0; i < 4; i++) await turn();
       }
     }
     return now;
