@@ -1,5 +1,6 @@
 #include "movie/SlideStep.h"
 
+#include <cctype>
 #include <cstdio>
 #include <filesystem>
 
@@ -20,8 +21,22 @@ std::string PictureUrl(const std::string& picturePath, const std::string& movieF
     fs::path picture = fs::absolute(picturePath, ec);
     fs::path folder = fs::absolute(movieFolder.empty() ? "." : movieFolder, ec);
     fs::path rel = picture.lexically_normal().lexically_relative(folder.lexically_normal());
-    if (ec || rel.empty()) return picturePath;
-    return rel.generic_string();
+    const std::string path = (ec || rel.empty()) ? picturePath : rel.generic_string();
+    // The player resolves this as a URL: a space, '#', '?' or '%' in a file
+    // name (or any non-ASCII byte) must be escaped to reach the file.
+    static const char kHex[] = "0123456789ABCDEF";
+    std::string url;
+    url.reserve(path.size());
+    for (unsigned char c : path) {
+        if (std::isalnum(c) || c == '/' || c == '-' || c == '_' || c == '.' || c == '~') {
+            url += static_cast<char>(c);
+        } else {
+            url += '%';
+            url += kHex[c >> 4];
+            url += kHex[c & 15];
+        }
+    }
+    return url;
 }
 
 SlideStep::SlideStep(SwfWriter& writer, float fps, uint16_t& nextCharacterId, uint16_t& nextDepth)
@@ -78,7 +93,7 @@ uint16_t SlideStep::DefinePicture(const SlideStepInput& in, SlideOnStage& stage)
         SwfActionList load;
         auto& push = load.Emplace<ActionPush>();
         push.String(PictureUrl(image.src, in.movieFolder)).String(target);
-        load.Emplace<ActionGetURL2>(0, true, false);  // loadMovie(src, target)
+        load.Emplace<ActionGetURL2>(ActionGetURL2::None, true, false);  // loadMovie(src, target)
         load.Emplace<ActionStop>();
         outer->Add(std::make_unique<DoActionTag>(std::move(load)));
         outer->Add(std::make_unique<ShowFrameTag>());

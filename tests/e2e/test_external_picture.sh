@@ -1,20 +1,21 @@
 #!/usr/bin/env bash
 # A "jpeg_external" slide stores no pixels: the movie loads the picture file
-# beside it when it plays, scaled to the slide's size.
+# beside it when it plays (its address escaped: this one has a space and a "#"),
+# scaled to the slide's size.
 set -euo pipefail
 : "${QUILLET:?}" "${QUILLET_SOURCE_DIR:?}"
 lib="$QUILLET_SOURCE_DIR/tests/e2e/lib"
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
-mkdir -p "$work/site/pictures"
+mkdir -p "$work/site/my pictures"
 # 160x120, green on the left half and blue on the right: the slide shows it at 320x240.
-convert -size 80x120 xc:'#00c000' -size 80x120 xc:'#0000c0' +append -quality 95 "$work/site/pictures/card.jpg"
+convert -size 80x120 xc:'#00c000' -size 80x120 xc:'#0000c0' +append -quality 95 "$work/site/my pictures/card #1.jpg"
 cat > "$work/show.qpj" <<XML
 <xml version="1.0">
 <quillet version_major="1" version_minor="119">
 <slide_show width="320" height="240" fps="12" bg_color="16711680">
 <slides>
-<slide type="image" src="$work/site/pictures/card.jpg" image_type="jpeg_external" duration="3000" />
+<slide type="image" src="$work/site/my pictures/card #1.jpg" image_type="jpeg_external" duration="3000" />
 </slides>
 </slide_show>
 </quillet>
@@ -25,7 +26,7 @@ XML
 /usr/bin/python3 "$lib/yaswfp_compare.py" "$work/site/show.swf" "$work/show.json"
 # No bitmap in the movie, and it asks for the picture by its place beside the movie.
 ! grep -q '"DefineBitsJPEG' "$work/show.json"
-grep -q 'pictures/card.jpg' "$work/site/show.swf"
+grep -q "my%20pictures/card%20%231.jpg" "$work/site/show.swf"
 
 # The picture arrives while frame 1 plays and shows from frame 2 on, scaled to
 # fill the stage: the green/blue edge lands at x=160 of the 320-wide stage.

@@ -212,4 +212,7 @@ TEST(Export, PicturesLoadedAtPlayTimeAreFoundFromTheMovie) {
     EXPECT_EQ(PictureUrl("/site/pictures/a.jpg", "/site"), "pictures/a.jpg");
     EXPECT_EQ(PictureUrl("/site/a.jpg", "/site/movies"), "../a.jpg");
     EXPECT_EQ(PictureUrl("/site/./x/../a.jpg", "/site/"), "a.jpg");
+    // Names that are not plain URL text are escaped byte by byte.
+    EXPECT_EQ(PictureUrl("/site/My Photos/day #1 50%?.jpg", "/site"), "My%20Photos/day%20%231%2050%25%3F.jpg");
+    EXPECT_EQ(PictureUrl("/site/\xc3\xa9t\xc3\xa9.jpg", "/site"), "%C3%A9t%C3%A9.jpg");
 }
