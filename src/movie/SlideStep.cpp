@@ -1,6 +1,5 @@
 #include "movie/SlideStep.h"
 
-#include <cctype>
 #include <cstdio>
 #include <filesystem>
 
@@ -28,7 +27,9 @@ std::string PictureUrl(const std::string& picturePath, const std::string& movieF
     std::string url;
     url.reserve(path.size());
     for (unsigned char c : path) {
-        if (std::isalnum(c) || c == '/' || c == '-' || c == '_' || c == '.' || c == '~') {
+        const bool plain = (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') ||
+                           c == '/' || c == '-' || c == '_' || c == '.' || c == '~';
+        if (plain) {
             url += static_cast<char>(c);
         } else {
             url += '%';
