@@ -13,7 +13,7 @@
 #include "model/PathResolve.h"
 #include "model/PublishSettings.h"
 #include "model/SlideShow.h"
-#include "settings/AtomicFile.h"
+#include "io/OutputFile.h"
 #include "xml/XmlReader.h"
 #include "xml/XmlWriter.h"
 

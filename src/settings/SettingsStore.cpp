@@ -6,7 +6,7 @@
 #include <fstream>
 #include <iterator>
 
-#include "settings/AtomicFile.h"
+#include "io/OutputFile.h"
 #include "settings/FontRecord.h"
 
 namespace quillet {

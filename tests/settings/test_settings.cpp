@@ -5,7 +5,7 @@
 #include <sys/stat.h>
 
 #include "settings/AppSettings.h"
-#include "settings/AtomicFile.h"
+#include "io/OutputFile.h"
 #include "settings/FontRecord.h"
 #include "settings/RecentList.h"
 #include "settings/SettingsStore.h"
@@ -297,7 +297,7 @@ TEST(AtomicFile, ReplacesOrLeavesTheOldFile) {
     // A folder that does not exist: failure, message, nothing written.
     std::string error;
     EXPECT_FALSE(WriteFileAtomically(dir.file("no/such/f.txt"), "x", &error));
-    EXPECT_NE(error.find("temporary"), std::string::npos);
+    EXPECT_NE(error.find("cannot create"), std::string::npos);
     // A target that is a folder cannot be replaced; the folder stays and no
     // temporary file is left behind.
     std::filesystem::create_directory(dir.file("d"));
