@@ -4,8 +4,8 @@
 #include <cctype>
 #include <cstring>
 #include <filesystem>
-#include <fstream>
 
+#include "io/ReadFile.h"
 #include "media/JpegReader.h"
 #include "media/MagickReader.h"
 
@@ -13,9 +13,14 @@ namespace quillet {
 
 namespace {
 
-// Pictures larger than this are refused rather than risking the memory of a
-// crafted header; it is well beyond any camera.
-constexpr uint64_t kMaxPixels = 400ull * 1000 * 1000;
+// Pictures are refused before any decoding when they exceed these: far
+// beyond any camera, and below ImageMagick's usual policy (128 megapixels,
+// 16384 pixels a side), which would refuse them with a less clear message.
+constexpr uint64_t kMaxPixels = 100ull * 1000 * 1000;
+constexpr uint32_t kMaxSide = 16384;       // formats decoded whole (not JPEG)
+constexpr uint32_t kMaxJpegSide = 65500;   // JPEG's own limit
+// A picture file larger than this is not read at all.
+constexpr uint64_t kMaxFileBytes = 256ull * 1024 * 1024;
 
 std::string lowerExtension(const std::string& name) {
     std::string ext = std::filesystem::path(name).extension().string();
@@ -24,17 +29,26 @@ std::string lowerExtension(const std::string& name) {
     return ext;
 }
 
-// Nearest-neighbour index map: destination index i samples the source pixel
-// under its centre, clamped to the picture.
-std::vector<uint32_t> sampleMap(uint32_t destLength, int sourceStart, int sourceLength, uint32_t limit) {
+// Nearest-neighbour index map: destination index i samples the pixel under
+// its centre in the picture's own coordinates, sourceStart + (i + 1/2) *
+// sourceLength / destLength, found in a copy of the picture `fullLength`
+// long that was decoded `outLength` long; clamped to that copy.
+std::vector<uint32_t> sampleMap(uint32_t destLength, int sourceStart, int sourceLength, uint32_t fullLength,
+                                uint32_t outLength) {
     std::vector<uint32_t> map(destLength);
+    const int64_t d2 = 2 * static_cast<int64_t>(destLength);
     for (uint32_t i = 0; i < destLength; ++i) {
-        int64_t s = sourceStart + (static_cast<int64_t>(2 * i + 1) * sourceLength) / (2 * static_cast<int64_t>(destLength));
-        if (s < 0) s = 0;
-        if (s >= static_cast<int64_t>(limit)) s = limit - 1;
+        const int64_t twiceFull = sourceStart * d2 + static_cast<int64_t>(2 * i + 1) * sourceLength;  // / d2
+        int64_t s = twiceFull * outLength / (d2 * static_cast<int64_t>(fullLength));
+        if (twiceFull < 0) s = 0;
+        if (s >= static_cast<int64_t>(outLength)) s = outLength - 1;
         map[i] = static_cast<uint32_t>(s);
     }
     return map;
+}
+
+std::vector<uint32_t> sampleMap(uint32_t destLength, int sourceStart, int sourceLength, uint32_t limit) {
+    return sampleMap(destLength, sourceStart, sourceLength, limit, limit);
 }
 
 void sampleRow(const uint8_t* in, uint32_t inChannels, uint8_t* out, uint32_t outChannels,
@@ -76,16 +90,9 @@ bool ImageImporter::Open(const std::string& path) {
         error_ = failure_ == Failure::NotFound ? "the file was not found" : "not a regular file";
         return false;
     }
-    std::ifstream in(path, std::ios::binary);
-    if (!in) {
-        failure_ = Failure::Unreadable;
-        error_ = "the file cannot be read";
-        return false;
-    }
-    std::vector<uint8_t> bytes((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
-    if (in.bad()) {
-        failure_ = Failure::Unreadable;
-        error_ = "the file cannot be read";
+    std::vector<uint8_t> bytes;
+    if (!ReadFileLimited(path, kMaxFileBytes, bytes, &error_)) {
+        failure_ = error_.find("too large") != std::string::npos ? Failure::NotAnImage : Failure::Unreadable;
         return false;
     }
     return OpenBytes(std::move(bytes), path);
@@ -121,9 +128,13 @@ bool ImageImporter::OpenBytes(std::vector<uint8_t> bytes, const std::string& nam
             return false;
         }
     }
-    if (static_cast<uint64_t>(width_) * height_ > kMaxPixels) {
+    const uint32_t maxSide = jpeg_ ? kMaxJpegSide : kMaxSide;
+    if (static_cast<uint64_t>(width_) * height_ > kMaxPixels || width_ > maxSide || height_ > maxSide) {
         failure_ = Failure::NotAnImage;
-        error_ = "the picture is too large (" + std::to_string(width_) + "x" + std::to_string(height_) + ")";
+        error_ = "the picture is too large (" + std::to_string(width_) + "x" + std::to_string(height_) +
+                 " pixels; the limit is " + std::to_string(kMaxPixels / 1000000) + " megapixels and " +
+                 std::to_string(maxSide) + " pixels a side)";
+        width_ = height_ = 0;
         return false;
     }
     return true;
@@ -186,8 +197,10 @@ bool ImageImporter::renderJpeg(Bitmap& out, uint32_t dw, uint32_t dh, const Crop
         error_ = "the JPEG data cannot be decoded";
         return false;
     }
-    const auto xmap = sampleMap(dw, src.left, src.width(), width_);
-    const auto ymap = sampleMap(dh, src.top, src.height(), height_);
+    // Decoded at the least M/8 scale that still covers the destination.
+    reader.ScaleFor(dw, dh, static_cast<uint32_t>(src.width()), static_cast<uint32_t>(src.height()));
+    const auto xmap = sampleMap(dw, src.left, src.width(), width_, reader.outputWidth());
+    const auto ymap = sampleMap(dh, src.top, src.height(), height_, reader.outputHeight());
     out.Create(dw, dh, bpp);
     const uint32_t outChannels = bpp >> 3;
     uint32_t next = 0;
@@ -204,7 +217,7 @@ bool ImageImporter::renderJpeg(Bitmap& out, uint32_t dw, uint32_t dh, const Crop
     if (!ok || next < dh) {
         out.Free();
         failure_ = Failure::NotAnImage;
-        error_ = "the JPEG data cannot be decoded";
+        error_ = reader.error().empty() ? "the JPEG data cannot be decoded" : "the picture cannot be decoded: " + reader.error();
         return false;
     }
     return true;

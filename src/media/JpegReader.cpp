@@ -2,9 +2,11 @@
 
 #include <csetjmp>
 #include <cstdio>
+#include <string>
 #include <vector>
 
 #include <jpeglib.h>
+#include <jerror.h>
 
 namespace quillet {
 
@@ -14,14 +16,19 @@ struct JpegReader::State {
     jmp_buf jump;
     bool created = false;
     bool started = false;
+    std::string message;  // libjpeg's words for the last fatal error
 };
 
 namespace {
 
 void onError(j_common_ptr cinfo) {
-    // The error manager sits right after the decompressor in State; reach
-    // the jump buffer through client_data.
-    longjmp(*static_cast<jmp_buf*>(cinfo->client_data), 1);
+    auto* state = static_cast<JpegReader::State*>(cinfo->client_data);
+    char text[JMSG_LENGTH_MAX] = {};
+    (*cinfo->err->format_message)(cinfo, text);
+    state->message = text;
+    if (cinfo->err->msg_code == JERR_NO_BACKING_STORE || cinfo->err->msg_code == JERR_OUT_OF_MEMORY)
+        state->message = "decoding it would take more than " + std::to_string(kJpegMemoryLimit >> 20) + " MB";
+    longjmp(state->jump, 1);
 }
 
 // Warnings (a truncated file, extraneous bytes) are not fatal: the picture
@@ -48,19 +55,37 @@ bool JpegReader::Open(const uint8_t* data, size_t size) {
     s.err.error_exit = onError;
     s.err.output_message = onMessage;
     s.err.emit_message = onEmit;
-    s.cinfo.client_data = &s.jump;
+    s.cinfo.client_data = &s;
     if (setjmp(s.jump)) return false;
     jpeg_create_decompress(&s.cinfo);
     s.created = true;
-    s.cinfo.client_data = &s.jump;
+    s.cinfo.mem->max_memory_to_use = kJpegMemoryLimit;
+    s.cinfo.client_data = &s;
     jpeg_mem_src(&s.cinfo, data, static_cast<unsigned long>(size));
     if (jpeg_read_header(&s.cinfo, TRUE) != JPEG_HEADER_OK) return false;
     const J_COLOR_SPACE cs = s.cinfo.jpeg_color_space;
     if (cs != JCS_YCbCr && cs != JCS_GRAYSCALE && cs != JCS_RGB) return false;
     s.cinfo.out_color_space = JCS_RGB;
-    width_ = s.cinfo.image_width;
-    height_ = s.cinfo.image_height;
+    width_ = outputWidth_ = s.cinfo.image_width;
+    height_ = outputHeight_ = s.cinfo.image_height;
+    progressive_ = jpeg_has_multiple_scans(&s.cinfo);
     return width_ > 0 && height_ > 0;
+}
+
+void JpegReader::ScaleFor(uint32_t needWidth, uint32_t needHeight, uint32_t partWidth, uint32_t partHeight) {
+    State& s = *state_;
+    if (!s.created || s.started || width_ == 0 || partWidth == 0 || partHeight == 0) return;
+    int m = 1;
+    // ceil(part * m / 8) pixels of the part come out at scale m/8.
+    auto covers = [](uint64_t part, uint64_t need, int eighths) { return (part * eighths + 7) / 8 >= need; };
+    while (m < 8 && !(covers(partWidth, needWidth, m) && covers(partHeight, needHeight, m))) ++m;
+    scale_ = m;
+    s.cinfo.scale_num = static_cast<unsigned>(m);
+    s.cinfo.scale_denom = 8;
+    if (setjmp(s.jump)) return;
+    jpeg_calc_output_dimensions(&s.cinfo);
+    outputWidth_ = s.cinfo.output_width;
+    outputHeight_ = s.cinfo.output_height;
 }
 
 namespace {
@@ -96,4 +121,8 @@ bool JpegReader::ReadRows(const std::function<bool(uint32_t, const uint8_t*)>& r
     return true;
 }
 
+}  // namespace quillet
+
+namespace quillet {
+const std::string& JpegReader::error() const { return state_->message; }
 }  // namespace quillet

@@ -1,40 +1,53 @@
 #include "media/MagickReader.h"
 
 #include <cstring>
+#include <cstdlib>
 #include <mutex>
 
 #include <Magick++.h>
+
+#include "io/TempFolder.h"
 
 namespace quillet {
 
 namespace {
 
+// Only the coders of the formats we import may read; ImageMagick's other
+// coders (and its delegates to outside programs) stay shut.
+const char kPolicy[] =
+    "<policymap>"
+    "<policy domain=\"delegate\" rights=\"none\" pattern=\"*\"/>"
+    "<policy domain=\"coder\" rights=\"none\" pattern=\"*\"/>"
+    "<policy domain=\"coder\" rights=\"read\" pattern=\"{BMP,GIF,JPEG,PICT,PNG,PSD,TIFF,TGA}\"/>"
+    "</policymap>";
+
 void initialiseMagick() {
     static std::once_flag once;
-    std::call_once(once, [] { Magick::InitializeMagick(nullptr); });
+    std::call_once(once, [] {
+        // Its temporary files go into our private folder, removed at exit.
+        std::string temp = PrivateTempFolder();
+        if (!temp.empty()) ::setenv("MAGICK_TEMPORARY_PATH", temp.c_str(), 1);
+        Magick::InitializeMagick(nullptr);
+        MagickCore::ExceptionInfo* exception = MagickCore::AcquireExceptionInfo();
+        MagickCore::SetMagickSecurityPolicy(kPolicy, exception);
+        MagickCore::DestroyExceptionInfo(exception);
+        // Our own limits, whatever the distribution's policy says; pictures
+        // are prepared on several threads at once, so each decode gets one.
+        Magick::ResourceLimits::memory(256ull << 20);
+        Magick::ResourceLimits::map(512ull << 20);
+        Magick::ResourceLimits::disk(1ull << 30);
+        Magick::ResourceLimits::area(128ull * 1000 * 1000);
+        Magick::ResourceLimits::width(16384);
+        Magick::ResourceLimits::height(16384);
+        Magick::ResourceLimits::thread(1);
+    });
 }
 
-// Formats that ImageMagick recognises by their first bytes; for anything
-// else the file's extension decides.
-bool hasKnownSignature(const uint8_t* d, size_t n) {
-    auto starts = [&](const char* sig, size_t len) { return n >= len && std::memcmp(d, sig, len) == 0; };
-    return starts("\xFF\xD8\xFF", 3) || starts("\x89PNG", 4) || starts("GIF8", 4) || starts("BM", 2) ||
-           starts("II*\0", 4) || starts("MM\0*", 4) || starts("8BPS", 4);
-}
-
-const char* magickForExtension(const std::string& ext) {
-    if (ext == "pct" || ext == "pict" || ext == "pic") return "PICT";
-    if (ext == "tga" || ext == "targa" || ext == "vda" || ext == "icb" || ext == "vst") return "TGA";
-    return nullptr;
-}
-
-void prepare(Magick::Image& image, const uint8_t* data, size_t size, const std::string& ext) {
+void prepare(Magick::Image& image, const char* format) {
     image.quiet(true);
     image.subImage(0);
     image.subRange(1);
-    if (!hasKnownSignature(data, size)) {
-        if (const char* m = magickForExtension(ext)) image.magick(m);
-    }
+    image.magick(format);
 }
 
 }  // namespace
@@ -42,11 +55,33 @@ void prepare(Magick::Image& image, const uint8_t* data, size_t size, const std::
 MagickReader::MagickReader(const uint8_t* data, size_t size, std::string extension)
     : data_(data), size_(size), extension_(std::move(extension)) {}
 
+const char* MagickReader::Format() const {
+    auto starts = [&](const char* sig, size_t len) { return size_ >= len && std::memcmp(data_, sig, len) == 0; };
+    if (starts("\xFF\xD8\xFF", 3)) return "JPEG";
+    if (starts("\x89PNG\r\n\x1A\n", 8)) return "PNG";
+    if (starts("GIF87a", 6) || starts("GIF89a", 6)) return "GIF";
+    if (starts("BM", 2)) return "BMP";
+    if (starts("II*\0", 4) || starts("MM\0*", 4)) return "TIFF";
+    if (starts("8BPS", 4)) return "PSD";
+    // PICT and Targa carry no signature: the file's extension decides.
+    const std::string& e = extension_;
+    if (e == "pct" || e == "pict" || e == "pic") return "PICT";
+    if (e == "tga" || e == "targa" || e == "vda" || e == "icb" || e == "vst") return "TGA";
+    return nullptr;
+}
+
+static const char* const kNotOurs = "not a picture in a format that can be imported (BMP, GIF, JPEG, PICT, PNG, PSD, TIFF, Targa)";
+
 bool MagickReader::Ping(uint32_t& width, uint32_t& height, std::string& error) {
     initialiseMagick();
     try {
+        const char* format = Format();
+        if (!format) {
+            error = kNotOurs;
+            return false;
+        }
         Magick::Image image;
-        prepare(image, data_, size_, extension_);
+        prepare(image, format);
         image.ping(Magick::Blob(data_, size_));
         width = static_cast<uint32_t>(image.columns());
         height = static_cast<uint32_t>(image.rows());
@@ -64,8 +99,13 @@ bool MagickReader::Ping(uint32_t& width, uint32_t& height, std::string& error) {
 bool MagickReader::Decode(Bitmap& out, std::string& error) {
     initialiseMagick();
     try {
+        const char* format = Format();
+        if (!format) {
+            error = kNotOurs;
+            return false;
+        }
         Magick::Image image;
-        prepare(image, data_, size_, extension_);
+        prepare(image, format);
         image.read(Magick::Blob(data_, size_));
         const MagickCore::ColorspaceType cs = image.colorSpace();
         if (cs != MagickCore::sRGBColorspace && cs != MagickCore::RGBColorspace &&

@@ -23,6 +23,10 @@ public:
     // picture has an alpha channel.
     bool Decode(Bitmap& out, std::string& error);
 
+    // The ImageMagick coder for these bytes, or null when they are none of
+    // the formats we import.
+    const char* Format() const;
+
 private:
     const uint8_t* data_;
     size_t size_;

@@ -178,15 +178,20 @@ TEST_F(ImporterTest, RealPhotosDecodeLikeImageMagick) {
     ASSERT_EQ(expected.size(), b.byteSize());
     EXPECT_EQ(std::memcmp(expected.data(), b.pixels(), b.byteSize()), 0) << "direct libjpeg path differs";
 
-    // A crop scaled down samples the same decoded pixels.
+    // A crop shown at half its size is decoded at 4/8 by the DCT (as
+    // djpeg -scale 4/8 decodes it) and sampled under each pixel's centre.
     CropRect crop{100, 200, 740, 680};
     Bitmap part;
     ASSERT_TRUE(im.Render(part, 320, 240, &crop));
-    const uint8_t* src = reinterpret_cast<const uint8_t*>(expected.data());
+    ASSERT_EQ(test::runCommand("djpeg -scale 4/8 -pnm " + photo + " | convert - -depth 8 rgb:" + file("half.rgb")), 0);
+    const std::string half = test::readFile(file("half.rgb"));
+    ASSERT_EQ(half.size(), 640u * 512 * 3);
+    const uint8_t* src = reinterpret_cast<const uint8_t*>(half.data());
     for (int y : {0, 100, 239})
         for (int x : {0, 160, 319}) {
-            int sx = 100 + (2 * x + 1) * 640 / 640, sy = 200 + (2 * y + 1) * 480 / 480;
-            EXPECT_EQ(part.row(y)[x * 3], src[(size_t(sy) * 1280 + sx) * 3]) << x << "," << y;
+            int sx = (100 + 2 * x + 1) / 2, sy = (200 + 2 * y + 1) / 2;
+            for (int c = 0; c < 3; ++c)
+                EXPECT_EQ(part.row(y)[x * 3 + c], src[(size_t(sy) * 640 + sx) * 3 + c]) << x << "," << y;
         }
 
     const std::string big = "/usr/share/backgrounds/mate/abstract/Elephants_5640x3172.jpg";  // progressive
