@@ -7,9 +7,9 @@
 #include <sys/stat.h>
 
 #include "ModelFixtures.h"
+#include "ShowCompare.h"
 #include "effects/OverlayEffect.h"
 #include "effects/Transition.h"
-#include "model/Compare.h"
 #include "model/ProjectFile.h"
 #include "model/PublishSettings.h"
 #include "model/SlideShow.h"

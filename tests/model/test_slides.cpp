@@ -2,12 +2,12 @@
 // list operations, total times and the status text.
 #include <gtest/gtest.h>
 
+#include "ShowCompare.h"
 #include "effects/CameraEffect.h"
 #include "effects/OverlayEffect.h"
 #include "effects/Transition.h"
 #include "media/Bitmap.h"
 #include "media/ImageFilter.h"
-#include "model/Compare.h"
 #include "model/SlideList.h"
 #include "model/SlideShow.h"
 #include "settings/AppSettings.h"

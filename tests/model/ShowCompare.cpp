@@ -1,4 +1,4 @@
-#include "model/Compare.h"
+#include "ShowCompare.h"
 
 #include <sstream>
 #include <tuple>

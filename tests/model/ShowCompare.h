@@ -1,4 +1,4 @@
-// Field-by-field comparison of shows and slides, effects included (compared
+// Field-by-field comparison of shows and slides for the tests, effects included (compared
 // by their saved form). Used to check that a project reads back as written.
 #pragma once
 
