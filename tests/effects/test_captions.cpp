@@ -133,7 +133,6 @@ TEST(CaptionXml, ReaderAliasesKeywordsAndDefaults) {
 }
 
 TEST(CaptionEffect, NamesCompareWithoutCaseAndUnknownIsNone) {
-    EXPECT_EQ(CaptionEffectNames().size(), 6u);
     EXPECT_EQ(CaptionEffectFromName("fade in"), CaptionEffectKind::FadeIn);
     EXPECT_EQ(CaptionEffectFromName("FLY FROM RIGHT"), CaptionEffectKind::FlyFromRight);
     EXPECT_EQ(CaptionEffectFromName("Fly From Bottom"), CaptionEffectKind::FlyFromBottom);

@@ -26,23 +26,6 @@ std::unique_ptr<ImageFilter> roundTrip(const ImageFilter& f) {
     return ReadFilterElement(reader.documentElement().firstChild());
 }
 
-TEST(FilterRegistry, HoldsTheTwentyFiltersInPanelOrder) {
-    const char* names[] = {"Add Noise", "Black & White", "Blur",        "Brightness/Contrast", "Despeckle",
-                           "Edge",      "Emboss",        "Gaussian Blur", "Grayscale",         "Implode",
-                           "Median",    "Motion Blur",   "Oil Paint",   "Raise Borders",       "Reduce Noise",
-                           "Sepia",     "Shade",         "Sharpen",     "Solarize",            "Swirl"};
-    const auto& r = ImageFilterRegistry::instance();
-    ASSERT_EQ(r.count(), 20u);
-    for (size_t i = 0; i < 20; ++i) {
-        EXPECT_EQ(r.at(i)->name(), names[i]);
-        auto clone = r.create(names[i]);
-        ASSERT_TRUE(clone);
-        EXPECT_EQ(clone->name(), names[i]);
-    }
-    EXPECT_EQ(r.at(20), nullptr);
-    EXPECT_EQ(r.create("blur"), nullptr);  // exact names only
-}
-
 TEST(FilterRegistry, ElementsAsWrittenWithDefaults) {
     const auto& r = ImageFilterRegistry::instance();
     auto text = [&](const char* name) { return writeFilter(*r.find(name)); };
@@ -62,35 +45,9 @@ TEST(FilterRegistry, ElementsAsWrittenWithDefaults) {
     EXPECT_EQ(text("Swirl"), "<filter name=\"Swirl\" angle=\"180\" />\n");
 }
 
-TEST(FilterRegistry, OptionsDescribeThePanel) {
-    const auto& r = ImageFilterRegistry::instance();
-    auto noise = r.find("Add Noise")->Options();
-    ASSERT_EQ(noise.size(), 1u);
-    EXPECT_EQ(noise[0].label, "Type:");
-    EXPECT_EQ(noise[0].kind, FilterOption::Kind::List);
-    EXPECT_EQ(noise[0].controlId, 1001);
-    EXPECT_EQ(noise[0].labelId, 1000);
-    EXPECT_EQ(noise[0].items, (std::vector<std::string>{"Uniform", "Gaussian", "Multiplicative Gaussian", "Impulse",
-                                                         "Laplacian", "Poisson"}));
-    EXPECT_EQ(noise[0].defaultValue, 1);
-    auto bc = r.find("Brightness/Contrast")->Options();
-    ASSERT_EQ(bc.size(), 2u);
-    EXPECT_EQ(bc[0].label, "Brightness:");
-    EXPECT_EQ(bc[1].label, "Contrast:");
-    EXPECT_NE(bc[0].controlId, bc[1].controlId);
-    EXPECT_EQ(r.find("Median")->Options()[0].label, "Threshold:");
-    EXPECT_EQ(r.find("Median")->Options()[0].defaultValue, 20);
-    EXPECT_EQ(r.find("Motion Blur")->Options()[0].defaultValue, 10);
-    EXPECT_EQ(r.find("Implode")->Options()[0].label, "Amount:");
-    EXPECT_EQ(r.find("Raise Borders")->Options()[0].label, "Width:");
-    EXPECT_EQ(r.find("Swirl")->Options()[0].label, "Angle:");
-    for (const char* none : {"Blur", "Despeckle", "Emboss", "Grayscale", "Reduce Noise", "Sepia", "Shade", "Sharpen",
-                             "Solarize"})
-        EXPECT_TRUE(r.find(none)->Options().empty()) << none;
-}
-
 TEST(FilterRegistry, ReadBackKeepsSavedValuesOnly) {
     const auto& r = ImageFilterRegistry::instance();
+    EXPECT_EQ(r.create("blur"), nullptr);  // exact names only
     auto noise = r.create("Add Noise");
     EXPECT_TRUE(noise->ChangeOptionValue(0, 5));
     EXPECT_FALSE(noise->ChangeOptionValue(0, 5));  // unchanged
