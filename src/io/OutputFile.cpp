@@ -19,15 +19,18 @@ std::string Describe(const std::string& what, int err) { return what + ": " + st
 
 // Creates "folder/.name.tmp-XXXXXX" exclusively with mode 0666, so the
 // kernel applies the umask (mkstemp would give 0600, and reading the umask
-// means setting it, which races with other threads).
+// means setting it, which races with other threads). Read and write, as
+// File() promises a stream that may be read back (fdopen "w+" needs both).
 int CreatePrivate(const fs::path& folder, const std::string& name, std::string& path) {
     static thread_local std::mt19937_64 random{std::random_device{}() ^ static_cast<uint64_t>(::getpid())};
     static const char kChars[] = "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789";
+    // A name near the 255-byte limit leaves no room for the dot and suffix.
+    const std::string stem = name.substr(0, 200);
     for (int attempt = 0; attempt < 100; ++attempt) {
         std::string suffix(6, 'x');
         for (char& c : suffix) c = kChars[random() % (sizeof kChars - 1)];
-        path = (folder / ("." + name + ".tmp-" + suffix)).string();
-        int fd = ::open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
+        path = (folder / ("." + stem + ".tmp-" + suffix)).string();
+        int fd = ::open(path.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
         if (fd >= 0 || errno != EEXIST) return fd;
     }
     errno = EEXIST;
@@ -69,6 +72,12 @@ bool OutputFile::Open(const std::string& path, bool overwrite) {
         error_ = "the file exists already";
         return false;
     }
+    // A rename would put a plain file in place of a device or a pipe (as root,
+    // /dev/null itself).
+    if (hadTarget_ && !fs::is_regular_file(status)) {
+        error_ = "it is not a regular file";
+        return false;
+    }
     struct stat old {};
     targetMode_ = hadTarget_ && ::stat(target_.c_str(), &old) == 0 ? (old.st_mode & 07777) : 0;
 
@@ -107,14 +116,14 @@ bool OutputFile::Commit() {
         return false;
     };
     if (failed_) return abandon(error_);
-    if (std::fflush(file_) != 0 || std::ferror(file_)) return abandon(Describe("cannot write " + target_, errno));
-    if (::fsync(::fileno(file_)) != 0) return abandon(Describe("cannot flush " + target_ + " to the disk", errno));
+    if (std::fflush(file_) != 0 || std::ferror(file_)) return abandon(Describe("cannot write", errno ? errno : EIO));
+    if (::fsync(::fileno(file_)) != 0) return abandon(Describe("cannot flush the file to the disk", errno));
     const int closed = std::fclose(file_);
     file_ = nullptr;
     if (closed != 0) {
         const int err = errno;
         ::unlink(private_.c_str());
-        SetFailed(Describe("cannot write " + target_, err));
+        SetFailed(Describe("cannot write", err));
         return false;
     }
     int renamed;
@@ -131,7 +140,7 @@ bool OutputFile::Commit() {
     if (renamed != 0) {
         const int err = errno;
         ::unlink(private_.c_str());
-        SetFailed(err == EEXIST ? "the file exists already" : Describe("cannot replace " + target_, err));
+        SetFailed(err == EEXIST ? "the file exists already" : Describe("cannot replace the file", err));
         return false;
     }
     // Make the rename itself durable.
@@ -157,7 +166,7 @@ bool WriteFileAtomically(const std::string& path, std::string_view bytes, std::s
     OutputFile out;
     bool ok = out.Open(path, true);
     if (ok && !bytes.empty() && std::fwrite(bytes.data(), 1, bytes.size(), out.File()) != bytes.size())
-        out.SetFailed(Describe("cannot write " + out.TargetPath(), errno));
+        out.SetFailed(Describe("cannot write", errno));
     if (ok) ok = out.Commit();
     if (!ok && error) *error = out.Error();
     return ok;

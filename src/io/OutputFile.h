@@ -12,7 +12,8 @@
 // A target that is a symbolic link is written through: the link stays and
 // the file it names is replaced. New files get 0666 less the process umask
 // (applied by the kernel when the private file is created); a replaced file
-// keeps its permissions.
+// keeps its permissions. Nothing here calls umask(): setting it, even to read
+// it, races with every thread that creates a file meanwhile.
 #pragma once
 
 #include <cstdio>
@@ -28,8 +29,10 @@ public:
     OutputFile(const OutputFile&) = delete;
     OutputFile& operator=(const OutputFile&) = delete;
 
-    // Fails when the target is a folder, when it exists and overwrite is
-    // false, or when no file can be created in its folder.
+    // Fails when the target is a folder or another file that is not a
+    // regular one (a device, a pipe), when it exists and overwrite is false,
+    // or when no file can be created in its folder. Error() then says why,
+    // without the target's name (callers name the file).
     bool Open(const std::string& path, bool overwrite);
     // The stream to write (seekable). Null when not open.
     std::FILE* File() const { return file_; }

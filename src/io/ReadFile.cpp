@@ -15,13 +15,15 @@ bool ReadFileLimited(const std::string& path, uint64_t maxBytes, std::vector<uin
         out.clear();
         return false;
     };
-    const int fd = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
+    // Without O_NONBLOCK, opening a named pipe waits for a writer forever.
+    const int fd = ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
     if (fd < 0) return fail(errno == ENOENT ? "the file was not found" : std::string("the file cannot be read: ") + std::strerror(errno));
     struct stat st {};
     if (::fstat(fd, &st) != 0 || !S_ISREG(st.st_mode)) {
         ::close(fd);
         return fail("not a regular file");
     }
+    ::fcntl(fd, F_SETFL, ::fcntl(fd, F_GETFL) & ~O_NONBLOCK);
     const uint64_t size = static_cast<uint64_t>(st.st_size);
     if (size > maxBytes) {
         ::close(fd);

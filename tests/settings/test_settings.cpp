@@ -1,45 +1,16 @@
 #include <gtest/gtest.h>
 
-#include <cstdlib>
 #include <filesystem>
-#include <sys/stat.h>
 
 #include "settings/AppSettings.h"
-#include "io/OutputFile.h"
 #include "settings/FontRecord.h"
 #include "settings/RecentList.h"
 #include "settings/SettingsStore.h"
 #include "support/TempDir.h"
 
 using namespace quillet;
+using quillet::test::ScopedEnv;
 using quillet::test::TempDir;
-
-namespace {
-
-// Sets an environment variable for one scope.
-class ScopedEnv {
-public:
-    ScopedEnv(const char* name, const char* value) : name_(name) {
-        if (const char* old = std::getenv(name)) old_ = old, had_ = true;
-        if (value)
-            setenv(name, value, 1);
-        else
-            unsetenv(name);
-    }
-    ~ScopedEnv() {
-        if (had_)
-            setenv(name_, old_.c_str(), 1);
-        else
-            unsetenv(name_);
-    }
-
-private:
-    const char* name_;
-    std::string old_;
-    bool had_ = false;
-};
-
-}  // namespace
 
 TEST(AppSettings, EmptyStoreGivesTheDefaults) {
     TempDir dir;
@@ -110,6 +81,41 @@ TEST(AppSettings, SaveAndLoadKeepEveryValue) {
     size_t files = 0;
     for ([[maybe_unused]] auto& e : std::filesystem::directory_iterator(dir.file("sub"))) ++files;
     EXPECT_EQ(files, 1u);
+}
+
+TEST(AppSettings, SavingKeepsTheValuesOfOthersInTheirOrder) {
+    TempDir dir;
+    const std::string path = dir.file("settings.ini");
+    const std::string project = dir.file("show.qpj");
+    quillet::test::writeFile(project, "x");
+    // Many values of another version around two of ours: all load, and all
+    // survive a save in the order first written.
+    constexpr int kOthers = 40000;
+    std::string text = "main_window_x=dword:7\nrecent_projects_1=string:" + project + "\n";
+    for (int i = 0; i < kOthers; ++i) text += "other_" + std::to_string(i) + "=dword:" + std::to_string(i) + "\n";
+    text += "other_path=string:/opt/a\\tb\n";
+    quillet::test::writeFile(path, text);
+
+    AppSettings s;
+    ASSERT_TRUE(s.load(path));
+    EXPECT_EQ(s.mainWindowX, 7);
+    s.mainWindowX = 9;
+    // A file the user took off the list must not come back from the old line.
+    s.recentProjects.remove(project);
+    ASSERT_TRUE(s.save(path));
+
+    SettingsStore back;
+    ASSERT_TRUE(back.loadFile(path));
+    EXPECT_EQ(back.dword("main_window_x"), 9u);
+    EXPECT_FALSE(back.has("recent_projects_1"));
+    int kept = 0;
+    for (int i = 0; i < kOthers; ++i) kept += back.dword("other_" + std::to_string(i)) == uint32_t(i);
+    EXPECT_EQ(kept, kOthers);
+    EXPECT_EQ(back.string("other_path"), "/opt/a\tb");
+    const std::string saved = quillet::test::readFile(path);
+    EXPECT_LT(saved.find("main_window_x="), saved.find("other_0="));
+    EXPECT_LT(saved.find("other_0="), saved.find("other_39999="));
+    EXPECT_LT(saved.find("other_path="), saved.find("main_window_y="));
 }
 
 TEST(AppSettings, DamagedValuesKeepTheirDefaults) {
@@ -281,30 +287,4 @@ TEST(FontRecord, BytesAndHex) {
     EXPECT_FALSE(FontRecord::fromHex(hex.substr(2)));
     EXPECT_FALSE(FontRecord::fromHex(hex + "00"));
     EXPECT_FALSE(FontRecord::fromBytes("short"));
-}
-
-TEST(AtomicFile, ReplacesOrLeavesTheOldFile) {
-    TempDir dir;
-    std::string path = dir.file("f.txt");
-    quillet::test::writeFile(path, "old");
-    chmod(path.c_str(), 0640);
-    ASSERT_TRUE(WriteFileAtomically(path, "new contents"));
-    EXPECT_EQ(quillet::test::readFile(path), "new contents");
-    struct stat st {};
-    ASSERT_EQ(stat(path.c_str(), &st), 0);
-    EXPECT_EQ(st.st_mode & 0777, 0640u);  // the permissions stay
-
-    // A folder that does not exist: failure, message, nothing written.
-    std::string error;
-    EXPECT_FALSE(WriteFileAtomically(dir.file("no/such/f.txt"), "x", &error));
-    EXPECT_NE(error.find("cannot create"), std::string::npos);
-    // A target that is a folder cannot be replaced; the folder stays and no
-    // temporary file is left behind.
-    std::filesystem::create_directory(dir.file("d"));
-    quillet::test::writeFile(dir.file("d/inside"), "x");
-    EXPECT_FALSE(WriteFileAtomically(dir.file("d"), "x", &error));
-    EXPECT_TRUE(std::filesystem::is_directory(dir.file("d")));
-    size_t files = 0;
-    for ([[maybe_unused]] auto& e : std::filesystem::directory_iterator(dir.path())) ++files;
-    EXPECT_EQ(files, 2u);
 }

@@ -5,8 +5,11 @@
 #include <cstdlib>
 #include <fstream>
 #include <iterator>
+#include <csignal>
 #include <stdexcept>
+#include <sys/resource.h>
 #include <sys/wait.h>
+#include <unistd.h>
 
 namespace quillet::test {
 
@@ -19,6 +22,21 @@ TempDir::TempDir() {
 TempDir::~TempDir() {
     std::error_code ec;
     std::filesystem::remove_all(path_, ec);
+}
+
+ScopedEnv::ScopedEnv(const char* name, const char* value) : name_(name) {
+    if (const char* old = std::getenv(name)) old_ = old, had_ = true;
+    if (value)
+        setenv(name, value, 1);
+    else
+        unsetenv(name);
+}
+
+ScopedEnv::~ScopedEnv() {
+    if (had_)
+        setenv(name_, old_.c_str(), 1);
+    else
+        unsetenv(name_);
 }
 
 std::string readFile(const std::string& path) {
@@ -40,6 +58,25 @@ int runCommand(const std::string& command, std::string* output, bool merge) {
     while ((n = fread(buf.data(), 1, buf.size(), pipe)) > 0)
         if (output) output->append(buf.data(), n);
     int status = pclose(pipe);
+    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+}
+
+std::string ScratchUserEnvironment(const TempDir& dir) {
+    return "QUILLET_CONFIG_DIR='" + dir.file("config") + "' XDG_CACHE_HOME='" + dir.file("cache") + "' ";
+}
+
+int RunWithFileSizeLimit(unsigned long long maxBytes, const std::function<int()>& work) {
+    std::fflush(nullptr);  // the child must not write the parent's buffers again
+    const pid_t child = fork();
+    if (child < 0) return -1;
+    if (child == 0) {
+        std::signal(SIGXFSZ, SIG_IGN);
+        const rlimit limit{maxBytes, maxBytes};
+        if (setrlimit(RLIMIT_FSIZE, &limit) != 0) _exit(125);
+        _exit(work());
+    }
+    int status = 0;
+    if (waitpid(child, &status, 0) != child) return -1;
     return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
 }
 
