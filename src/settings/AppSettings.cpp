@@ -209,7 +209,10 @@ bool AppSettings::load(const std::string& path, std::string* error) {
 bool AppSettings::save(std::string* error) const { return save(settingsFilePath(), error); }
 
 bool AppSettings::save(const std::string& path, std::string* error) const {
+    // Values this program does not know (another version's, or ones written by
+    // hand) stay in the file; a file that cannot be read is simply replaced.
     SettingsStore store;
+    store.loadFile(path);
     writeTo(store);
     return store.saveFile(path, error);
 }

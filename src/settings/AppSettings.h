@@ -39,6 +39,7 @@ public:
     bool load(std::string* error = nullptr);
     bool load(const std::string& path, std::string* error = nullptr);
     // Writes every value, in the order of the members below, atomically.
+    // Values already in the file that are not ours keep their place.
     bool save(std::string* error = nullptr) const;
     bool save(const std::string& path, std::string* error = nullptr) const;
 

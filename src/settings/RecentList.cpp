@@ -72,8 +72,10 @@ void RecentList::load(const SettingsStore& store, const ExistsCheck& exists) {
 
 void RecentList::save(SettingsStore& store) const {
     store.setDword(name_ + "_max", static_cast<uint32_t>(capacity_));
-    for (size_t i = 0; i < entries_.size() && i < capacity_; ++i)
-        store.setString(name_ + "_" + std::to_string(i + 1), entries_[i]);
+    size_t i = 0;
+    for (; i < entries_.size() && i < capacity_; ++i) store.setString(name_ + "_" + std::to_string(i + 1), entries_[i]);
+    // Entries left from a longer list would come back on the next load.
+    for (; i < kMaxCapacity; ++i) store.Remove(name_ + "_" + std::to_string(i + 1));
 }
 
 }  // namespace quillet

@@ -37,7 +37,8 @@ public:
     // missing one. Entries whose file no longer exists are dropped.
     using ExistsCheck = std::function<bool(const std::string&)>;
     void load(const SettingsStore& store, const ExistsCheck& exists = {});
-    // Writes "<name>_max", then the entries from the most recent as number 1.
+    // Writes "<name>_max", then the entries from the most recent as number 1,
+    // and removes numbers beyond the last entry.
     void save(SettingsStore& store) const;
 
     bool operator==(const RecentList&) const = default;

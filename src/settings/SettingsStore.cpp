@@ -1,12 +1,9 @@
 #include "settings/SettingsStore.h"
 
-#include <cerrno>
-#include <cstring>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 
 #include "io/OutputFile.h"
+#include "io/ReadFile.h"
 #include "settings/FontRecord.h"
 
 namespace quillet {
@@ -93,18 +90,27 @@ std::optional<std::string> unescapeSettingString(std::string_view text) {
 }
 
 const SettingsStore::Value* SettingsStore::find(std::string_view name) const {
-    for (const auto& v : values_)
-        if (v.name == name) return &v;
-    return nullptr;
+    auto it = index_.find(name);
+    return it == index_.end() ? nullptr : &values_[it->second];
 }
 
 SettingsStore::Value& SettingsStore::slot(std::string_view name) {
-    for (auto& v : values_)
-        if (v.name == name) return v;
+    if (auto it = index_.find(name); it != index_.end()) return values_[it->second];
     Value v;
     v.name = std::string(name);
+    index_.emplace(v.name, values_.size());
     values_.push_back(std::move(v));
     return values_.back();
+}
+
+void SettingsStore::Remove(std::string_view name) {
+    auto it = index_.find(name);
+    if (it == index_.end()) return;
+    const size_t at = it->second;
+    index_.erase(it);
+    values_.erase(values_.begin() + static_cast<std::ptrdiff_t>(at));
+    for (auto& [key, position] : index_)
+        if (position > at) --position;
 }
 
 std::optional<uint32_t> SettingsStore::dword(std::string_view name) const {
@@ -190,30 +196,18 @@ std::string SettingsStore::serialize() const {
 }
 
 bool SettingsStore::loadFile(const std::string& path, std::string* error) {
-    values_.clear();
+    clear();
     std::error_code ec;
     if (!std::filesystem::exists(path, ec)) return true;
-    std::ifstream in(path, std::ios::binary);
-    if (!in) {
-        if (error) *error = path + ": cannot open the settings file: " + std::strerror(errno);
-        return false;
-    }
     // A settings file is a few kilobytes; anything far larger is not ours.
-    constexpr std::streamoff kLimit = 4 * 1024 * 1024;
-    std::string text;
-    char buf[65536];
-    while (in.read(buf, sizeof buf) || in.gcount() > 0) {
-        text.append(buf, static_cast<size_t>(in.gcount()));
-        if (static_cast<std::streamoff>(text.size()) > kLimit) {
-            if (error) *error = path + ": the settings file is too large; using the defaults";
-            return false;
-        }
-    }
-    if (in.bad()) {
-        if (error) *error = path + ": cannot read the settings file";
+    constexpr uint64_t kLimit = 4 * 1024 * 1024;
+    std::vector<uint8_t> bytes;
+    std::string why;
+    if (!ReadFileLimited(path, kLimit, bytes, &why)) {
+        if (error) *error = path + ": cannot read the settings file (" + why + "); using the defaults";
         return false;
     }
-    parse(text);
+    parse(std::string_view(reinterpret_cast<const char*>(bytes.data()), bytes.size()));
     return true;
 }
 

@@ -21,6 +21,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 namespace quillet {
@@ -48,8 +49,13 @@ public:
     void setBinary(std::string_view name, std::string_view bytes);
 
     bool has(std::string_view name) const { return find(name) != nullptr; }
+    // Removes a value; the others keep their order.
+    void Remove(std::string_view name);
     size_t size() const { return values_.size(); }
-    void clear() { values_.clear(); }
+    void clear() {
+        values_.clear();
+        index_.clear();
+    }
 
 private:
     struct Value {
@@ -60,7 +66,14 @@ private:
     };
     const Value* find(std::string_view name) const;
     Value& slot(std::string_view name);
+    // Lets a name be looked up as a string_view without a copy.
+    struct NameHash {
+        using is_transparent = void;
+        size_t operator()(std::string_view name) const { return std::hash<std::string_view>{}(name); }
+    };
     std::vector<Value> values_;  // in the order first set or read
+    // Name -> position in values_, so a file of many values loads in linear time.
+    std::unordered_map<std::string, size_t, NameHash, std::equal_to<>> index_;
 };
 
 // Escaping of string values, usable on their own.
