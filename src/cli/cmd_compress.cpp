@@ -1,8 +1,6 @@
 // quillet compress IN OUT [--overwrite] and quillet expand IN OUT [--overwrite]:
-// turn a plain movie into a zlib-compressed one and back.
-#include <filesystem>
-#include <system_error>
-
+// turn a plain movie into a zlib-compressed one and back. OUT is written
+// beside itself and renamed into place, so a failure leaves it as it was.
 #include "cli/Command.h"
 #include "swf/SwfCompress.h"
 
@@ -20,38 +18,6 @@ const Command kExpand{"expand", "expand IN.swf OUT.swf [--overwrite]",
 const CommandRegistrar kRegisterCompress(kCompress);
 const CommandRegistrar kRegisterExpand(kExpand);
 
-bool Exists(const std::string& path) {
-    std::error_code ec;
-    return std::filesystem::exists(path, ec);
-}
-
-// Explains a failure from the last-error code and what we can see of the files.
-int Report(const std::string& in, const std::string& out, bool expand) {
-    switch (SwfLastError()) {
-    case kSwfErrorNotMovie:
-        if (!Exists(in)) printError(in, "cannot open: no such file");
-        else printError(in, "not a movie (it does not begin with FWS or CWS)");
-        break;
-    case kSwfErrorNotCompressed:
-        if (!Exists(in)) printError(in, "cannot open: no such file");
-        else printError(in, "not a compressed movie (it does not begin with CWS)");
-        break;
-    case kSwfErrorCannotRead:
-        printError(in, "cannot open for reading");
-        break;
-    case kSwfErrorDestination:
-        if (std::filesystem::is_directory(out)) printError(out, "is a folder");
-        else if (Exists(out)) printError(out, "already exists (use --overwrite to replace it)");
-        else printError(out, "cannot be created");
-        break;
-    default:
-        if (expand) printError(in, "the compressed data are damaged or cut short");
-        else printError(in, "already compressed (it begins with CWS)");
-        break;
-    }
-    return kExitFailure;
-}
-
 int Run(const Command& command, const std::vector<std::string>& args, bool expand) {
     const ParsedArgs parsed = parseArgs(args, {}, {"--overwrite"});
     if (!parsed.error.empty()) return usageError(command, parsed.error);
@@ -60,10 +26,14 @@ int Run(const Command& command, const std::vector<std::string>& args, bool expan
     const std::string& out = parsed.positional[1];
     const bool overwrite = parsed.has("--overwrite");
     SetSwfLastError(kSwfErrorNone);
-    const bool ok = expand ? ExpandSwf(in, out, overwrite) : CompressSwf(in, out, overwrite);
-    // Expansion goes on after a destination problem; a success clears it.
+    std::string error;
+    const bool ok = expand ? ExpandSwf(in, out, overwrite, &error) : CompressSwf(in, out, overwrite, &error);
     if (ok) return kExitOk;
-    return Report(in, out, expand);
+    if (SwfLastError() == kSwfErrorDestination && error == out + ": the file exists already")
+        printError(out, "already exists (use --overwrite to replace it)");
+    else
+        printError(error);
+    return kExitFailure;
 }
 
 int RunCompress(const std::vector<std::string>& args) { return Run(kCompress, args, false); }

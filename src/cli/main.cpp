@@ -1,4 +1,5 @@
 // quillet: the command-line face of the slide show compiler.
+#include <csignal>
 #include <cstring>
 #include <exception>
 #include <iostream>
@@ -30,6 +31,9 @@ void printHelp(std::ostream& out) {
 }  // namespace
 
 int main(int argc, char** argv) {
+    // A file-size limit (ulimit -f) then fails the write with EFBIG, which is
+    // reported and leaves the old file in place, instead of killing the program.
+    std::signal(SIGXFSZ, SIG_IGN);
     std::vector<std::string> args(argv + 1, argv + argc);
     if (args.empty()) {
         printHelp(std::cerr);

@@ -1,11 +1,14 @@
 #include "swf/SwfReader.h"
 
+#include <cerrno>
 #include <cstdio>
-#include <cstdlib>
 #include <cstring>
 #include <filesystem>
+#include <mutex>
 #include <system_error>
 
+#include "io/ReadFile.h"
+#include "io/TempFolder.h"
 #include "swf/SwfCompress.h"
 #include "swf/tags/JpegTags.h"
 
@@ -17,58 +20,13 @@ std::string TagLabel(uint16_t code, uint64_t offset) {
     return "tag " + std::to_string(code) + " (" + SwfTagName(code) + ") at offset " + std::to_string(offset);
 }
 
-// A private temporary folder, removed with its content when done.
-class PrivateTempDir {
-public:
-    PrivateTempDir() {
-        std::error_code ec;
-        std::string pattern = (std::filesystem::temp_directory_path(ec) / "quillet-swf-XXXXXX").string();
-        if (ec) pattern = "/tmp/quillet-swf-XXXXXX";
-        if (char* made = mkdtemp(pattern.data())) path_ = made;
-    }
-    ~PrivateTempDir() {
-        if (path_.empty()) return;
-        std::error_code ec;
-        std::filesystem::remove_all(path_, ec);
-    }
-    PrivateTempDir(const PrivateTempDir&) = delete;
-    PrivateTempDir& operator=(const PrivateTempDir&) = delete;
-    bool ok() const { return !path_.empty(); }
-    std::string file(const char* name) const { return (std::filesystem::path(path_) / name).string(); }
+std::string DeclaresTooMuch(uint64_t declared) {
+    return "the movie declares " + std::to_string(declared) + " bytes uncompressed; the limit is " +
+           std::to_string(SwfReader::kMaxMovieBytes);
+}
 
-private:
-    std::string path_;
-};
-
-bool ReadWholeFile(const std::string& path, std::vector<uint8_t>& out, std::string& error) {
-    std::error_code ec;
-    if (std::filesystem::is_directory(path, ec)) {
-        error = "is a folder, not a movie";
-        return false;
-    }
-    std::FILE* f = std::fopen(path.c_str(), "rb");
-    if (!f) {
-        error = std::string("cannot open: ") + std::strerror(errno);
-        return false;
-    }
-    out.clear();
-    uint8_t buffer[65536];
-    size_t got;
-    while ((got = std::fread(buffer, 1, sizeof buffer, f)) > 0) {
-        if (out.size() + got > SwfReader::kMaxMovieBytes) {
-            std::fclose(f);
-            error = "file is too large to be read as a movie";
-            return false;
-        }
-        out.insert(out.end(), buffer, buffer + got);
-    }
-    const bool bad = std::ferror(f);
-    std::fclose(f);
-    if (bad) {
-        error = "read error";
-        return false;
-    }
-    return true;
+std::string ExpandsTooFar(uint64_t declared) {
+    return "the compressed data expand beyond the declared length of " + std::to_string(declared) + " bytes";
 }
 
 }  // namespace
@@ -132,13 +90,17 @@ std::vector<std::unique_ptr<SwfTag>> SwfReader::TakeTags() {
 }
 
 bool SwfReader::ReadFile(const std::string& path) {
+    namespace fs = std::filesystem;
     error_.clear();
     tags_.clear();
     locations_.clear();
-    char sig[8] = {};
+    unsigned char sig[8] = {};
     {
         std::error_code ec;
-        if (std::filesystem::is_directory(path, ec)) return Fail("is a folder, not a movie");
+        const fs::file_status status = fs::status(path, ec);
+        if (fs::is_directory(status)) return Fail("is a folder, not a movie");
+        // Opening a named pipe would wait for a writer.
+        if (fs::exists(status) && !fs::is_regular_file(status)) return Fail("not a regular file");
         std::FILE* f = std::fopen(path.c_str(), "rb");
         if (!f) return Fail(std::string("cannot open: ") + std::strerror(errno));
         const size_t got = std::fread(sig, 1, 8, f);
@@ -148,25 +110,29 @@ bool SwfReader::ReadFile(const std::string& path) {
     std::vector<uint8_t> data;
     std::string why;
     const bool compressed = std::memcmp(sig, "CWS", 3) == 0;
-    if (compressed) {
-        uint32_t declared = 0;
-        for (int i = 7; i >= 4; --i) declared = declared << 8 | static_cast<uint8_t>(sig[i]);
-        if (declared > kMaxMovieBytes) return Fail("the length field says " + std::to_string(declared) + " bytes, too large");
-        PrivateTempDir dir;
-        if (!dir.ok()) return Fail("cannot make a temporary folder to expand the movie");
-        const std::string expanded = dir.file("_xxswfxx__.bin");
-        if (!ExpandSwfLimited(path, expanded, true, declared)) {
-            std::error_code ec;
-            const auto size = std::filesystem::file_size(expanded, ec);
-            if (!ec && size >= declared) return Fail("compressed movie expands beyond its length field of " +
-                                                     std::to_string(declared) + " bytes");
-            return Fail("compressed data are damaged or cut off");
-        }
-        if (!ReadWholeFile(expanded, data, why)) return Fail(why);
-    } else {
-        if (!ReadWholeFile(path, data, why)) return Fail(why);
+    if (!compressed) {
+        if (!ReadFileLimited(path, kMaxMovieBytes, data, &why)) return Fail(why);
+        return ReadMemoryPlain(data, false);
     }
-    return ReadMemoryPlain(data, compressed);
+    const uint64_t declared = uint64_t(sig[4]) | uint64_t(sig[5]) << 8 | uint64_t(sig[6]) << 16 | uint64_t(sig[7]) << 24;
+    if (declared > kMaxMovieBytes) return Fail(DeclaresTooMuch(declared));
+    // Readers on other threads would share the one expansion file name.
+    static std::mutex expanding;
+    std::lock_guard<std::mutex> hold(expanding);
+    const std::string expanded = PrivateTempFile("_xxswfxx__.bin", &why);
+    if (expanded.empty()) return Fail(why + " to expand the movie");
+    bool ok = ExpandSwfLimited(path, expanded, true, kMaxMovieBytes, &why);
+    if (!ok) {
+        // Messages name the file at fault: this movie, or the expansion file.
+        if (why.rfind(path + ": ", 0) == 0) why.erase(0, path.size() + 2);
+        else if (why.rfind(expanded + ": ", 0) == 0) why = "cannot expand the movie: " + why.substr(expanded.size() + 2);
+    } else {
+        ok = ReadFileLimited(expanded, kMaxMovieBytes, data, &why);
+    }
+    std::error_code ec;
+    fs::remove(expanded, ec);
+    if (!ok) return Fail(why);
+    return ReadMemoryPlain(data, true);
 }
 
 bool SwfReader::ReadMemory(const uint8_t* data, size_t size) {
@@ -177,13 +143,14 @@ bool SwfReader::ReadMemory(const uint8_t* data, size_t size) {
     if (std::memcmp(data, "CWS", 3) == 0) {
         uint32_t declared = 0;
         for (int i = 7; i >= 4; --i) declared = declared << 8 | data[i];
-        if (declared < 8 || declared > kMaxMovieBytes)
-            return Fail("the length field says " + std::to_string(declared) + " bytes, which cannot be");
+        if (declared < 8) return Fail("the length field says " + std::to_string(declared) + " bytes, which cannot be");
+        if (declared > kMaxMovieBytes) return Fail(DeclaresTooMuch(declared));
         std::vector<uint8_t> movie(data, data + 8);
         movie[0] = 'F';
         std::vector<uint8_t> rest;
         std::string why;
-        if (!ZlibExpand(data + 8, size - 8, declared - 8, rest, &why)) return Fail(why);
+        if (!ZlibExpand(data + 8, size - 8, declared - 8, rest, &why))
+            return Fail(why == kZlibTooLarge ? ExpandsTooFar(declared) : why);
         movie.insert(movie.end(), rest.begin(), rest.end());
         return ReadMemoryPlain(movie, true);
     }

@@ -16,6 +16,7 @@
 #include <string>
 #include <vector>
 
+#include "swf/SwfCompress.h"
 #include "swf/SwfTag.h"
 #include "swf/SwfTagLocation.h"
 #include "swf/SwfWriter.h"
@@ -24,11 +25,14 @@ namespace quillet {
 
 class SwfReader {
 public:
-    // Largest uncompressed movie accepted (the length field is checked against it).
-    static constexpr uint64_t kMaxMovieBytes = uint64_t(1) << 31;
+    // Largest uncompressed movie accepted: a compressed movie's length field is
+    // checked against it before anything is inflated, a plain file's size
+    // before it is read.
+    static constexpr uint64_t kMaxMovieBytes = kSwfMaxMovieBytes;
 
     // Reads a file; a compressed one is first expanded through ExpandSwf into
-    // "_xxswfxx__.bin" in a private temporary folder, which is removed again.
+    // "_xxswfxx__.bin" in the process's private temporary folder (and removed
+    // again), never past its length field.
     bool ReadFile(const std::string& path);
     // Reads a movie held in memory (either signature; a compressed one is
     // expanded in memory, up to its length field).

@@ -32,7 +32,7 @@ bool ZlibExpand(const uint8_t* data, size_t size, size_t maxOutput, std::vector<
         const size_t produced = sizeof buffer - z.avail_out;
         if (out.size() + produced > maxOutput) {
             inflateEnd(&z);
-            if (error) *error = "compressed data expand beyond the expected size";
+            if (error) *error = kZlibTooLarge;
             return false;
         }
         out.insert(out.end(), buffer, buffer + produced);

@@ -15,7 +15,9 @@ namespace quillet {
 // Compresses bytes with zlib at level 9 (RFC 1950 wrapper).
 std::vector<uint8_t> ZlibCompress(const uint8_t* data, size_t size);
 // Inflates a zlib stream, refusing to produce more than `maxOutput` bytes.
-// Returns false (with a reason) on a damaged or too large stream.
+// Returns false (with a reason) on a damaged or too large stream; the reason
+// is kZlibTooLarge for the latter.
+inline constexpr const char* kZlibTooLarge = "compressed data expand beyond the expected size";
 bool ZlibExpand(const uint8_t* data, size_t size, size_t maxOutput, std::vector<uint8_t>& out, std::string* error);
 
 class JPEGTablesTag final : public SwfTag {
