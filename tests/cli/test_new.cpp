@@ -38,7 +38,7 @@ protected:
     NewRun quillet(const std::string& args) {
         NewRun r;
         const std::string errFile = dir.file("stderr.txt");
-        r.status = runCommand("QUILLET_CONFIG_DIR=" + quote(dir.file("config")) + " " + QUILLET_CLI + " new " + args +
+        r.status = runCommand(quillet::test::ScratchUserEnvironment(dir) + QUILLET_CLI + " new " + args +
                                   " 2>" + quote(errFile),
                               &r.out);
         r.err = readFile(errFile);

@@ -9,11 +9,13 @@
 #include "model/ProjectFile.h"
 #include "model/PublishSettings.h"
 #include "model/SlideShow.h"
+#include "settings/AppSettings.h"
 #include "support/TempDir.h"
 
 using namespace quillet;
 using quillet::test::readFile;
 using quillet::test::runCommand;
+using quillet::test::ScopedEnv;
 using quillet::test::TempDir;
 using quillet::test::writeFile;
 
@@ -30,7 +32,8 @@ struct CliRun {
 CliRun runQuillet(const std::string& args, const TempDir& dir) {
     CliRun r;
     const std::string errFile = dir.file("stderr.txt");
-    r.status = runCommand(std::string(QUILLET_CLI) + " " + args + " 2>" + quote(errFile), &r.out);
+    r.status = runCommand(quillet::test::ScratchUserEnvironment(dir) + QUILLET_CLI + " " + args + " 2>" + quote(errFile),
+                          &r.out);
     r.err = readFile(errFile);
     return r;
 }
@@ -187,11 +190,52 @@ TEST(CliResave, WritesTheSameProjectAgain) {
     EXPECT_NE(r.err.find(dir.file("no/such/folder/x.qpj") + ": the project could not be saved"), std::string::npos)
         << r.err;
 
+    // A project reached through a symbolic link is saved into the file it
+    // names; the link stays a link (also when that file does not exist yet).
+    std::filesystem::create_directories(dir.file("shows"));
+    std::filesystem::create_symlink("shows/real.qpj", dir.file("link.qpj"));
+    std::filesystem::create_symlink("shows/later.qpj", dir.file("dangling.qpj"));
+    writeFile(dir.file("shows/real.qpj"), "old");
+    for (const char* link : {"link.qpj", "dangling.qpj"}) {
+        r = runQuillet("resave " + quote(project) + " -o " + quote(dir.file(link)), dir);
+        EXPECT_EQ(r.status, 0) << r.err;
+        EXPECT_TRUE(std::filesystem::is_symlink(dir.file(link))) << link;
+        EXPECT_EQ(readFile(dir.file(link)), readFile(project)) << link;
+    }
+
     r = runQuillet("resave " + quote(project), dir);
     EXPECT_EQ(r.status, 2);
     r = runQuillet("resave " + quote(dir.file("absent.qpj")) + " -o " + quote(dir.file("x.qpj")), dir);
     EXPECT_EQ(r.status, 1);
     EXPECT_FALSE(std::filesystem::exists(dir.file("x.qpj")));
+}
+
+TEST(CliEnvironment, TheUsersOwnSettingsAndCacheTakeNoPart) {
+    TempDir dir, user;
+    // The user's settings would give new slides quality 13.
+    AppSettings mine;
+    mine.defaultImageQuality = 13;
+    ASSERT_TRUE(mine.save(user.file("config/quillet/settings.ini")));
+    const std::string settings = readFile(user.file("config/quillet/settings.ini"));
+    std::filesystem::create_directories(user.file("cache"));
+    ScopedEnv home("HOME", user.path().c_str());
+    ScopedEnv config("XDG_CONFIG_HOME", user.file("config").c_str());
+    ScopedEnv configDir("QUILLET_CONFIG_DIR", user.file("config/quillet").c_str());
+    ScopedEnv cache("XDG_CACHE_HOME", user.file("cache").c_str());
+
+    std::string output;
+    ASSERT_EQ(runCommand("convert -size 64x48 xc:red " + quote(dir.file("red.png")), &output, true), 0) << output;
+    CliRun r = runQuillet("new " + quote(dir.file("red.png")) + " -o " + quote(dir.file("show.qpj")), dir);
+    ASSERT_EQ(r.status, 0) << r.err;
+    r = runQuillet("export " + quote(dir.file("show.qpj")) + " -o " + quote(dir.file("show.swf")), dir);
+    ASSERT_EQ(r.status, 0) << r.err;
+    SlideShow show;
+    PublishSettings publish;
+    ASSERT_TRUE(LoadProject(dir.file("show.qpj"), show, publish));
+    ASSERT_EQ(show.count(), 1);
+    EXPECT_EQ(show.slideAt(0)->image.quality, 80);
+    EXPECT_EQ(readFile(user.file("config/quillet/settings.ini")), settings);
+    EXPECT_TRUE(std::filesystem::is_empty(user.file("cache")));
 }
 
 TEST(CliList, NamesInRegistryOrder) {

@@ -6,6 +6,7 @@ set -euo pipefail
 lib="$QUILLET_SOURCE_DIR/tests/e2e/lib"
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
+export QUILLET_CONFIG_DIR="$work/config" XDG_CACHE_HOME="$work/cache"  # none of the user's own
 photo=/usr/share/backgrounds/mate/abstract/Elephants_5640x3172.jpg  # slow to decode on purpose
 slides=16
 {

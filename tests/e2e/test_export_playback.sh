@@ -8,6 +8,7 @@ set -euo pipefail
 lib="$QUILLET_SOURCE_DIR/tests/e2e/lib"
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
+export QUILLET_CONFIG_DIR="$work/config" XDG_CACHE_HOME="$work/cache"  # none of the user's own
 photos=/usr/share/backgrounds/mate/nature
 
 # Slide 3 is a white card with a red square, so its camera move can be measured.

@@ -8,6 +8,7 @@ set -euo pipefail
 lib="$QUILLET_SOURCE_DIR/tests/e2e/lib"
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
+export QUILLET_CONFIG_DIR="$work/config" XDG_CACHE_HOME="$work/cache"  # none of the user's own
 
 draw=(-size 40x30 xc:'rgb(200,30,40)' +antialias
       -fill 'rgb(20,180,60)' -draw 'rectangle 20,0 39,14'

@@ -11,6 +11,7 @@ lib="$QUILLET_SOURCE_DIR/tests/e2e/lib"
 out="$QUILLET_BUILD_DIR/e2e-out/swf"
 rm -rf "$out"
 mkdir -p "$out"
+export QUILLET_CONFIG_DIR="$out/config" XDG_CACHE_HOME="$out/cache"  # none of the user's own
 
 # The JPEG of the bitmap fill: left half red, right half blue, 64 x 48.
 convert -size 32x48 xc:'rgb(255,0,0)' -size 32x48 xc:'rgb(0,0,255)' +append -quality 95 "$out/pic.jpg"
