@@ -7,7 +7,7 @@ cd "$(dirname "$0")/.."
 APT_PACKAGES=(
   build-essential cmake pkg-config ninja-build
   libgtest-dev libgmock-dev libbenchmark-dev
-  libpugixml-dev zlib1g-dev libjpeg62-turbo-dev libpng-dev libexif-dev
+  libpugixml-dev zlib1g-dev libjpeg62-turbo-dev libpng-dev libexif-dev libxxhash-dev
   libmagick++-6.q16-dev imagemagick
   libfreetype-dev libfontconfig-dev fonts-dejavu-core
   libsndfile1-dev libmp3lame-dev libmp3lame0

@@ -4,6 +4,7 @@
 
 #include "cli/Command.h"
 #include "cli/TerminalProgress.h"
+#include "io/DiskCache.h"
 #include "model/ProjectFile.h"
 #include "model/PublishSettings.h"
 #include "model/SlideShow.h"
@@ -15,12 +16,12 @@ namespace {
 
 int runExport(const std::vector<std::string>& args);
 
-const Command kExport{"export", "export SHOW.qpj [-o OUT.swf] [--uncompressed]",
+const Command kExport{"export", "export SHOW.qpj [-o OUT.swf] [--uncompressed] [--no-cache]",
                       "compile a show into an SWF movie (default: SHOW.swf beside the project)", runExport, 20};
 CommandRegistrar registrar(kExport);
 
 int runExport(const std::vector<std::string>& args) {
-    ParsedArgs parsed = parseArgs(args, {"-o", "--output"}, {"--uncompressed"});
+    ParsedArgs parsed = parseArgs(args, {"-o", "--output"}, {"--uncompressed", "--no-cache"});
     if (!parsed.error.empty()) return usageError(kExport, parsed.error);
     if (parsed.positional.size() != 1) return usageError(kExport, "expected one project file");
     const std::string& project = parsed.positional[0];
@@ -30,7 +31,8 @@ int runExport(const std::vector<std::string>& args) {
     if (out.empty()) out = std::filesystem::path(project).replace_extension(".swf").string();
 
     // The user's settings decide, for instance, the bitmap-shift of every slide.
-    AppSettings::current().load();
+    AppSettings& settings = AppSettings::current();
+    settings.load();
     SlideShow show;
     PublishSettings publish;
     std::string error;
@@ -41,6 +43,8 @@ int runExport(const std::vector<std::string>& args) {
 
     ExportOptions options;
     options.forceUncompressed = parsed.has("--uncompressed");
+    options.bitmapShift = settings.defaultImageAdjustBitmapShift;
+    if (!parsed.has("--no-cache")) options.cacheFolder = DiskCache::DefaultFolder();
     TerminalProgress progress;
     ExportResult result = MovieExporter(show).ExportMovie(out, &progress, options);
     progress.finish();

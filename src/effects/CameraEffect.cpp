@@ -50,10 +50,12 @@ void PanZoomEffect::Render(SlideOnStage& slide, MovieContext& ctx) const {
     const double dz = n > 0 ? (zoom - sx) / n : 0;
     const double dx = n > 0 ? static_cast<double>(panX) / n : 0;
     const double dy = n > 0 ? static_cast<double>(panY) / n : 0;
-    auto fixed = [](double v) { return static_cast<int32_t>(v * 65536.0 + 0.5); };
+    // Saturated: a zoom of 1e12 or a pan of 2^31 twips from a hand-made
+    // project stops at the largest value the file can hold.
+    auto fixed = [](double v) { return ToFixed16(v); };
     for (int i = 0; i < n; ++i) {
-        tx = static_cast<int32_t>(tx + dx);
-        ty = static_cast<int32_t>(ty + dy);
+        tx = SaturateField(tx + dx);
+        ty = SaturateField(ty + dy);
         sx += dz;
         sy += dz;
         if (slide.characterId != 0)

@@ -29,11 +29,14 @@ struct SlideOnStage {
 struct MovieContext {
     SwfWriter& movie;
     float fps;
-    uint16_t& nextCharacterId;  // pre-increment and use the new value
-    uint16_t& nextDepth;        // likewise
+    // Pre-increment and use the new value. Ids and depths are 16-bit in the
+    // file; the counters are wider so that a dry run can tell when a show
+    // would run past 65535 (the movie is refused before it is written).
+    uint32_t& nextCharacterId;
+    uint32_t& nextDepth;
 
-    uint16_t NewCharacterId() { return ++nextCharacterId; }
-    uint16_t NewDepth() { return ++nextDepth; }
+    uint16_t NewCharacterId() { return static_cast<uint16_t>(++nextCharacterId); }
+    uint16_t NewDepth() { return static_cast<uint16_t>(++nextDepth); }
     int32_t StageWidth() const;   // twips, from the movie's frame rectangle
     int32_t StageHeight() const;
 };

@@ -118,6 +118,7 @@ bool ImageImporter::OpenBytes(std::vector<uint8_t> bytes, const std::string& nam
             jpeg_ = true;
             width_ = reader.width();
             height_ = reader.height();
+            decodeBytes_ = reader.DecodeBytes();
         }
     }
     if (!jpeg_) {
@@ -127,6 +128,8 @@ bool ImageImporter::OpenBytes(std::vector<uint8_t> bytes, const std::string& nam
             if (error_.empty()) error_ = "not a picture";
             return false;
         }
+        // ImageMagick's 16-bit pixel cache, then our 8-bit copy of it.
+        decodeBytes_ = static_cast<size_t>(width_) * height_ * (8 + 4);
     }
     const uint32_t maxSide = jpeg_ ? kMaxJpegSide : kMaxSide;
     if (static_cast<uint64_t>(width_) * height_ > kMaxPixels || width_ > maxSide || height_ > maxSide) {

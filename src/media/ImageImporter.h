@@ -38,6 +38,8 @@ public:
     // The file's own bytes (the "jpeg_import_data" storage and Exif reading).
     const std::vector<uint8_t>& fileBytes() const { return bytes_; }
     bool isJpeg() const { return jpeg_; }
+    // Estimated working memory of decoding the picture (beyond fileBytes()).
+    size_t DecodeBytes() const { return decodeBytes_; }
     // Whether the picture carries an alpha channel (known after Open for
     // JPEG, after the first render otherwise).
     bool hasAlpha() const;
@@ -65,6 +67,7 @@ private:
     std::string extension_;
     bool jpeg_ = false;
     uint32_t width_ = 0, height_ = 0;
+    size_t decodeBytes_ = 0;
     std::unique_ptr<Bitmap> decoded_;  // every format but JPEG, at natural size
     Failure failure_ = Failure::None;
     std::string error_;

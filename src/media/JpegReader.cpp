@@ -69,6 +69,15 @@ bool JpegReader::Open(const uint8_t* data, size_t size) {
     width_ = outputWidth_ = s.cinfo.image_width;
     height_ = outputHeight_ = s.cinfo.image_height;
     progressive_ = jpeg_has_multiple_scans(&s.cinfo);
+    decodeBytes_ = static_cast<size_t>(width_) * 3 * 32;
+    if (progressive_) {
+        decodeBytes_ = 0;
+        for (int c = 0; c < s.cinfo.num_components; ++c) {
+            const jpeg_component_info& comp = s.cinfo.comp_info[c];
+            decodeBytes_ += static_cast<size_t>(comp.width_in_blocks + 1) * (comp.height_in_blocks + 1) * DCTSIZE2 *
+                            sizeof(JCOEF);
+        }
+    }
     return width_ > 0 && height_ > 0;
 }
 

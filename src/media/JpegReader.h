@@ -25,6 +25,9 @@ public:
     // Progressive files make the decoder hold every coefficient of the
     // picture (about 3 bytes a pixel) whatever the output size.
     bool progressive() const { return progressive_; }
+    // Working memory of a decode: the coefficient buffer of a progressive
+    // file, else a few rows.
+    size_t DecodeBytes() const { return decodeBytes_; }
 
     // Decodes at M/8 of the full size (the DCT does the scaling almost for
     // free), with the least M that still gives `needWidth` x `needHeight`
@@ -51,6 +54,7 @@ private:
     uint32_t outputWidth_ = 0, outputHeight_ = 0;
     int scale_ = 8;
     bool progressive_ = false;
+    size_t decodeBytes_ = 0;
 };
 
 // The most working memory one decode may take; a picture that needs more

@@ -1,5 +1,6 @@
 #include "media/SlidePicture.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <cstring>
 
@@ -21,6 +22,9 @@ PreparedPicture& PreparedPicture::operator=(PreparedPicture&&) noexcept = defaul
 namespace {
 
 bool isQuarterTurn(int rotation) { return rotation == 90 || rotation == 270; }
+
+// The largest displayed size a slide may have (the picture panel's range).
+constexpr int kMaxSlideSide = 10000;
 
 bool needsAlpha(ImageType t) {
     return t == ImageType::JpegTransparent || t == ImageType::Rgb8Transparent || t == ImageType::Rgb24Transparent;
@@ -70,14 +74,40 @@ bool BuildAlphaPlane(const SlideImage& image, Bitmap& plane) {
     return BuildAlphaPlane(importer, image, plane);
 }
 
+size_t EstimatePrepareBytes(const ImageImporter& importer, const SlideImage& image) {
+    size_t bytes = importer.fileBytes().size() + importer.DecodeBytes();
+    if (image.imageType == ImageType::JpegImportData || image.imageType == ImageType::JpegExternal) return bytes;
+    const size_t shown = static_cast<size_t>(std::max(image.width, 0)) * static_cast<size_t>(std::max(image.height, 0));
+    bytes += shown * 3 * 3;  // the render, a filter's working copy, the turned copy
+    bytes += shown * 2;      // the encoded result (lossless may be larger than JPEG)
+    if (needsAlpha(image.imageType)) {
+        int w = 0, h = 0;
+        importer.GetNaturalSize(w, h);
+        const size_t part = image.crop ? static_cast<size_t>(std::max(image.cropRect.width(), 0)) *
+                                             static_cast<size_t>(std::max(image.cropRect.height(), 0))
+                                       : static_cast<size_t>(w) * static_cast<size_t>(h);
+        bytes += part * 2 + shown * 2;  // the plane at the picture's size, turned, and resampled
+    }
+    return bytes;
+}
+
 PreparedPicture PrepareSlideImage(const SlideImage& settings, const std::vector<std::unique_ptr<ImageFilter>>& filters,
+                                  const PrepareOptions& options) {
+    ImageImporter importer;
+    if (!importer.Open(settings.src)) {
+        PreparedPicture out;
+        out.type = settings.imageType;
+        return failed(std::move(out), settings.src, importer.error());
+    }
+    return PrepareSlideImage(importer, settings, filters, options);
+}
+
+PreparedPicture PrepareSlideImage(ImageImporter& importer, const SlideImage& settings,
+                                  const std::vector<std::unique_ptr<ImageFilter>>& filters,
                                   const PrepareOptions& options) {
     PreparedPicture out;
     out.type = settings.imageType;
     ProgressSink* progress = options.progress;
-
-    ImageImporter importer;
-    if (!importer.Open(settings.src)) return failed(std::move(out), settings.src, importer.error());
     importer.GetNaturalSize(out.naturalWidth, out.naturalHeight);
 
     SlideImage image = settings;
@@ -108,6 +138,10 @@ PreparedPicture PrepareSlideImage(const SlideImage& settings, const std::vector<
     }
     if (image.width <= 0 || image.height <= 0)
         return failed(std::move(out), settings.src, "the slide's picture has no size");
+    if (image.width > kMaxSlideSide || image.height > kMaxSlideSide)
+        return failed(std::move(out), settings.src,
+                      "the slide's size " + std::to_string(image.width) + "x" + std::to_string(image.height) +
+                          " is beyond " + std::to_string(kMaxSlideSide) + " pixels a side");
     if (imageTypeKeyword(image.imageType)[0] == '\0')
         return failed(std::move(out), settings.src, "unknown image type");
 

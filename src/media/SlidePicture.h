@@ -66,6 +66,14 @@ struct PrepareOptions {
 
 PreparedPicture PrepareSlideImage(const SlideImage& image, const std::vector<std::unique_ptr<ImageFilter>>& filters,
                                   const PrepareOptions& options = {});
+// The same with the picture already opened (image.src) in `importer`.
+PreparedPicture PrepareSlideImage(ImageImporter& importer, const SlideImage& image,
+                                  const std::vector<std::unique_ptr<ImageFilter>>& filters,
+                                  const PrepareOptions& options = {});
+// The most memory preparing the opened picture for the slide is expected to
+// take at once: the file, the decoder's working memory, the slide-sized
+// bitmaps of filtering and turning, the alpha work and the encoded result.
+size_t EstimatePrepareBytes(const ImageImporter& importer, const SlideImage& image);
 
 // The slide's bitmap character with the given id: DefineBitsJPEG2 (jpeg,
 // jpeg_import_data), DefineBitsJPEG3 (jpeg_transparent), DefineBitsLossless

@@ -1,21 +1,21 @@
 #include "movie/MovieExporter.h"
 
 #include <cstdio>
-#include <cstdlib>
-#include <deque>
 #include <filesystem>
-#include <future>
 #include <system_error>
 
 #include "effects/SlideRender.h"
+#include "io/DiskCache.h"
+#include "io/TempFolder.h"
 #include "media/Exif.h"
+#include "media/ImageImporter.h"
 #include "media/Progress.h"
 #include "media/SlidePicture.h"
 #include "model/Slide.h"
 #include "model/SlideShow.h"
 #include "movie/MovieScripts.h"
+#include "movie/PicturePipeline.h"
 #include "movie/SlideStep.h"
-#include "settings/AppSettings.h"
 #include "swf/SwfCompress.h"
 #include "swf/SwfTags.h"
 #include "swf/SwfWriter.h"
@@ -30,58 +30,110 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// A private folder for the uncompressed movie that is compressed at the end.
-class TempFolder {
-public:
-    TempFolder() {
-        std::string pattern = (fs::temp_directory_path() / "quillet-XXXXXX").string();
-        if (mkdtemp(pattern.data())) path_ = pattern;
-    }
-    ~TempFolder() {
-        std::error_code ec;
-        if (!path_.empty()) fs::remove_all(path_, ec);
-    }
-    bool ok() const { return !path_.empty(); }
-    std::string file(const char* name) const { return (fs::path(path_) / name).string(); }
-
-private:
-    std::string path_;
-};
-
-// Forwards only the cancel request to the worker threads that prepare
-// pictures; the texts are shown by the thread that writes the movie.
-class CancelOnly : public ProgressSink {
-public:
-    explicit CancelOnly(const ProgressSink* outer) : outer_(outer) {}
-    bool cancelled() const override { return outer_ && outer_->cancelled(); }
-
-private:
-    const ProgressSink* outer_;
-};
-
 bool Cancelled(const ProgressSink* progress) { return progress && progress->cancelled(); }
 
-// Makes every image slide ready to be written: its bitmap-shift flag follows
-// the setting of the moment, and a slide whose picture was never measured
-// (a project written by hand) is measured and fitted now.
-void PrepareSlides(SlideShow& show) {
-    const bool shift = AppSettings::current().defaultImageAdjustBitmapShift;
-    for (const auto& slide : show.slides()) {
-        if (slide->type != SlideType::Image) continue;
-        slide->image.adjustBitmapShift = shift;
-        if (slide->image.sourceWidth > 0 && slide->image.width > 0 && slide->image.height > 0) continue;
-        AssignOptions options;
-        options.stageWidth = show.width();
-        options.stageHeight = show.height();
-        // A picture that cannot be read is reported when the slide is written.
-        std::string path = slide->image.src;
-        AssignPicture(slide->image, path, options);
+// The picture settings a slide is exported with. A slide read back from a
+// project keeps exactly the rectangle that was saved; only one whose sizes
+// are missing (a project written by hand) is measured and fitted here.
+SlideImage ExportedImage(const Slide& slide, const SlideShow& show, bool bitmapShift) {
+    SlideImage image = slide.image;
+    image.adjustBitmapShift = bitmapShift;
+    if (image.width > 0 && image.height > 0) return image;
+    ImageImporter importer;
+    int w = 0, h = 0;
+    // A picture that cannot be read is reported when the slide is written.
+    if (!importer.Open(image.src) || !importer.GetNaturalSize(w, h)) return image;
+    image.sourceWidth = w;
+    image.sourceHeight = h;
+    if (!image.crop) image.cropRect = {0, 0, displayedWidth(image), displayedHeight(image)};
+    if (!image.scaleToFit) {
+        image.width = image.crop ? image.cropRect.width() : displayedWidth(image);
+        image.height = image.crop ? image.cropRect.height() : displayedHeight(image);
     }
+    FitSlideImage(image, show.width(), show.height());
+    return image;
+}
+
+// Everything written before the first slide: background, the show's
+// functions and start action, the pause before it plays.
+void WriteHead(SwfWriter& writer, const SlideShow& show) {
+    writer.AddTag(std::make_unique<SetBackgroundColorTag>(SwfColor::FromRgb(show.bgColor)));
+    const bool controls = show.controls.enabled;
+    SwfActionList start = BuildStartScript(show, controls);
+    if (start.size() > 0 || controls) {
+        writer.AddTag(std::make_unique<DoActionTag>(std::move(start)));
+        writer.AddTag(std::make_unique<ShowFrameTag>());
+    }
+    for (int i = StartPauseFrames(show); i > 0; --i) writer.AddTag(std::make_unique<ShowFrameTag>());
+}
+
+void WriteTail(SwfWriter& writer, const SlideShow& show) {
+    const bool controls = show.controls.enabled;
+    SwfActionList end = BuildEndScript(show, controls);
+    if (end.size() > 0 || controls) writer.AddTag(std::make_unique<DoActionTag>(std::move(end)));
+    writer.AddTag(std::make_unique<ShowFrameTag>());
+}
+
+SlideStepInput StepInput(const SlideShow& show, const Slide& slide, const SlideImage& image, int index,
+                         PreparedPicture* picture, const std::string& movieFolder) {
+    SlideStepInput in;
+    in.slide = &slide;
+    in.image = &image;
+    in.index = index;
+    in.picture = slide.type == SlideType::Image ? picture : nullptr;
+    in.backgroundColor = show.bgColor;
+    in.stageWidth = show.width();
+    in.stageHeight = show.height();
+    in.movieFolder = movieFolder;
+    return in;
+}
+
+std::string Thousands(uint32_t n) {
+    std::string digits = std::to_string(n);
+    for (int i = static_cast<int>(digits.size()) - 3; i > 0; i -= 3) digits.insert(static_cast<size_t>(i), ",");
+    return digits;
+}
+
+// Writes the whole show into a writer that was never opened: it counts the
+// frames, ids and depths the movie will take without writing a byte (every
+// picture is taken to succeed, which takes the most ids). Empty when the
+// show fits the file's 16-bit fields, else what is over.
+std::string CheckLimits(const SlideShow& show, const std::vector<SlideImage>& images, uint8_t version) {
+    SwfWriter counter(false);
+    counter.Setup(PixelsToTwips(show.width()), PixelsToTwips(show.height()), show.fps, version);
+    WriteHead(counter, show);
+    uint32_t ids = 0, depths = 0;
+    SlideStep step(counter, show.fps, ids, depths);
+    SlideOnStage previous;
+    bool havePrevious = false;
+    for (int i = 1; i <= show.count(); ++i) {
+        const Slide& slide = *show.slideAt(i - 1);
+        const SlideImage& image = images[static_cast<size_t>(i - 1)];
+        PreparedPicture stand;
+        stand.ok = true;
+        stand.type = image.imageType;
+        stand.width = static_cast<uint32_t>(std::max(image.width, 0));
+        stand.height = static_cast<uint32_t>(std::max(image.height, 0));
+        previous = step.WriteSlide(StepInput(show, slide, image, i, &stand, {}), havePrevious ? &previous : nullptr);
+        havePrevious = true;
+        // Past the limits nothing more needs counting.
+        if (counter.TotalFrames() > kMovieFieldLimit || ids > kMovieFieldLimit || depths > kMovieFieldLimit) break;
+    }
+    WriteTail(counter, show);
+    auto over = [](const char* what, uint32_t n) {
+        return std::string("the show would need ") + (n > 10 * kMovieFieldLimit ? "more than " : "") +
+               Thousands(std::min<uint32_t>(n, 10 * kMovieFieldLimit)) + " " + what + "; a movie holds at most " +
+               Thousands(kMovieFieldLimit) + " (shorten the slides, lower the frame rate or split the show)";
+    };
+    if (counter.TotalFrames() > kMovieFieldLimit) return over("frames", counter.TotalFrames());
+    if (ids > kMovieFieldLimit) return over("characters", ids);
+    if (depths > kMovieFieldLimit) return over("depths", depths);
+    return {};
 }
 
 }  // namespace
 
-MovieExporter::MovieExporter(SlideShow& show) : show_(show) {}
+MovieExporter::MovieExporter(const SlideShow& show) : show_(show) {}
 
 ExportResult MovieExporter::ExportMovie(const std::string& path, ProgressSink* progress, const ExportOptions& options) {
     ExportResult result;
@@ -91,70 +143,68 @@ ExportResult MovieExporter::ExportMovie(const std::string& path, ProgressSink* p
         progress->setMainText("Exporting Slide Show...");
     }
     const bool compress = show_.useCompression && !options.forceUncompressed;
-    uint16_t nextCharacterId = 0;
-    uint16_t nextDepth = 0;
 
-    PrepareSlides(show_);
+    std::vector<SlideImage> images;
+    images.reserve(static_cast<size_t>(count));
+    for (const auto& slide : show_.slides())
+        images.push_back(slide->type == SlideType::Image ? ExportedImage(*slide, show_, options.bitmapShift)
+                                                         : slide->image);
 
     // Version 5 plays everything a show needs; a picture loaded at play time
     // needs 6, and so does a compressed movie.
     uint8_t version = 5;
-    for (const auto& slide : show_.slides())
-        if (slide->type == SlideType::Image && slide->image.imageType == ImageType::JpegExternal) version = 6;
+    for (size_t i = 0; i < images.size(); ++i)
+        if (show_.slideAt(static_cast<int>(i))->type == SlideType::Image &&
+            images[i].imageType == ImageType::JpegExternal)
+            version = 6;
     if (compress && version < 6) version = 6;
 
-    TempFolder temp;
+    // Refused before anything is written.
+    result.error = CheckLimits(show_, images, version);
+    if (!result.error.empty()) return result;
+
+    // A compressed movie is written plain into the private temporary folder
+    // first; a plain one goes straight beside its target.
     std::string target = path;
     if (compress) {
-        if (!temp.ok()) {
-            result.error = "cannot make a temporary folder";
+        target = PrivateTempFile("export-" + std::to_string(reinterpret_cast<uintptr_t>(this)) + ".swf",
+                                 &result.error);
+        if (target.empty()) return result;
+        if (!options.overwrite && fs::exists(path)) {
+            result.error = "the file exists already";
             return result;
         }
-        target = temp.file("export.swf");
     }
-
     SwfWriter writer(false);
-    writer.Setup(show_.width() * kTwipsPerPixel, show_.height() * kTwipsPerPixel, show_.fps, version);
+    writer.Setup(PixelsToTwips(show_.width()), PixelsToTwips(show_.height()), show_.fps, version);
     if (!writer.Open(target, options.overwrite || compress)) {
-        result.error = fs::exists(path) && !options.overwrite ? "the file exists already"
-                                                               : "cannot create the file";
+        result.error = writer.Error().empty() ? "cannot create the file" : writer.Error();
         return result;
     }
-    writer.AddTag(std::make_unique<SetBackgroundColorTag>(SwfColor::FromRgb(show_.bgColor)));
+    WriteHead(writer, show_);
 
-    // The first frame: the show's functions and start action.
-    const bool controls = show_.controls.enabled;
-    SwfActionList start = BuildStartScript(show_, controls);
-    if (start.size() > 0 || controls) {
-        writer.AddTag(std::make_unique<DoActionTag>(std::move(start)));
-        writer.AddTag(std::make_unique<ShowFrameTag>());
-    }
-    for (int i = StartPauseFrames(show_); i > 0; --i) writer.AddTag(std::make_unique<ShowFrameTag>());
-
-    // Pictures are prepared ahead on worker threads; the movie is written in order.
-    CancelOnly workerProgress(progress);
-    std::deque<std::future<PreparedPicture>> ahead;
-    int queued = 0;
-    auto queueNext = [&] {
-        while (queued < count && static_cast<int>(ahead.size()) <= options.lookAhead) {
-            const Slide* slide = show_.slideAt(queued++);
-            ahead.push_back(std::async(std::launch::async, [slide, &workerProgress] {
-                if (slide->type != SlideType::Image) return PreparedPicture();
-                PrepareOptions prep;
-                prep.progress = &workerProgress;
-                return PrepareSlideImage(slide->image, slide->imageFilters(), prep);
-            }));
+    std::unique_ptr<DiskCache> cache;
+    if (!options.cacheFolder.empty()) cache = std::make_unique<DiskCache>(options.cacheFolder, options.cacheMaxBytes);
+    std::vector<PictureJob> jobs;
+    for (int i = 0; i < count; ++i) {
+        const Slide* slide = show_.slideAt(i);
+        PictureJob job;
+        if (slide->type == SlideType::Image) {
+            job.image = &images[static_cast<size_t>(i)];
+            job.filters = &slide->imageFilters();
         }
-    };
+        jobs.push_back(job);
+    }
+    PipelineOptions pipe;
+    pipe.threads = options.threads;
+    pipe.memoryBudget = options.memoryBudget;
+    pipe.cache = cache.get();
+    pipe.progress = progress;
+    PicturePipeline pictures(std::move(jobs), pipe);
 
-    auto endMovie = [&] {
-        writer.AddTag(std::make_unique<EndTag>());
-        writer.SetNextCharacterId(nextCharacterId);
-        result.fileLength = writer.Close();
-        result.frameCount = writer.FrameCount();
-    };
-
+    uint32_t nextCharacterId = 0, nextDepth = 0;
     SlideStep step(writer, show_.fps, nextCharacterId, nextDepth);
+    const std::string movieFolder = fs::path(path).parent_path().string();
     SlideOnStage previous;
     bool havePrevious = false;
     for (int i = 1; i <= count; ++i) {
@@ -162,57 +212,55 @@ ExportResult MovieExporter::ExportMovie(const std::string& path, ProgressSink* p
             result.cancelled = true;
             break;
         }
-        char text[32];
+        // The text is held to 31 characters, as the progress window shows it.
+        char text[48];
         std::snprintf(text, sizeof text, "Processing %d of %d", i, count);
+        text[31] = '\0';
         if (progress) {
             progress->setMainText(text);
             progress->setSecondaryText("Writing slide...");
         }
-        queueNext();
-        PreparedPicture picture = ahead.front().get();
-        ahead.pop_front();
+        PreparedPicture picture = pictures.Next();
         if (picture.cancelled || Cancelled(progress)) {
             result.cancelled = true;
             break;
         }
-        const Slide* slide = show_.slideAt(i - 1);
-        if (slide->type == SlideType::Image && !picture.ok) result.warnings.push_back(picture.error);
-
-        SlideStepInput in;
-        in.slide = slide;
-        in.index = i;
-        in.picture = slide->type == SlideType::Image ? &picture : nullptr;
-        in.backgroundColor = show_.bgColor;
-        in.stageWidth = show_.width();
-        in.stageHeight = show_.height();
-        in.movieFolder = fs::path(path).parent_path().string();
-        previous = step.WriteSlide(in, havePrevious ? &previous : nullptr);
+        const Slide& slide = *show_.slideAt(i - 1);
+        if (slide.type == SlideType::Image && !picture.ok) result.warnings.push_back(picture.error);
+        previous = step.WriteSlide(StepInput(show_, slide, images[static_cast<size_t>(i - 1)], i, &picture, movieFolder),
+                                   havePrevious ? &previous : nullptr);
         havePrevious = true;
         result.slidesWritten = i;
         if (progress) progress->step(i);
     }
-    // Let the workers still running finish before the show goes away.
-    for (auto& f : ahead) f.wait();
+    const PipelineStats stats = pictures.Stats();
+    result.picturesPrepared = stats.prepared;
+    result.picturesFromCache = stats.fromCache;
+    if (cache) cache->Trim();
 
-    if (result.cancelled) {
-        // What is written so far stays a valid movie of the slides done.
-        endMovie();
-        if (compress) CompressSwf(target, path, true);
-        result.error = "cancelled";
-        return result;
-    }
-
-    SwfActionList end = BuildEndScript(show_, controls);
-    if (end.size() > 0 || controls) writer.AddTag(std::make_unique<DoActionTag>(std::move(end)));
-    writer.AddTag(std::make_unique<ShowFrameTag>());
-    endMovie();
+    // What is written so far stays a valid movie of the slides done.
+    if (!result.cancelled) WriteTail(writer, show_);
+    writer.AddTag(std::make_unique<EndTag>());
+    writer.SetNextCharacterId(static_cast<uint16_t>(nextCharacterId));
+    result.fileLength = writer.Close();
+    result.frameCount = writer.FrameCount();
     if (!writer.Good()) {
-        result.error = "writing the movie failed (disk full?)";
+        result.cancelled = false;
+        result.error = writer.Error().empty() ? "writing the movie failed" : writer.Error();
         return result;
     }
-    if (compress && !CompressSwf(target, path, true)) {
-        result.exportError = 8;
-        result.error = "cannot write the compressed movie";
+    if (compress) {
+        const bool compressed = CompressSwf(target, path, true);
+        std::error_code ec;
+        fs::remove(target, ec);
+        if (!compressed && !result.cancelled) {
+            result.exportError = 8;
+            result.error = "cannot write the compressed movie";
+            return result;
+        }
+    }
+    if (result.cancelled) {
+        result.error = "cancelled";
         return result;
     }
     if (result.frameCount > kPlayerFrameLimit) result.warnings.push_back(kFrameLimitWarning);

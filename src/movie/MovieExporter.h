@@ -3,9 +3,11 @@
 //   MovieExporter exporter(show);
 //   ExportResult r = exporter.ExportMovie("show.swf", &progress);
 //
-// The movie is written tag by tag straight to the file. Slide pictures are
-// prepared a little ahead on worker threads while the movie is written in
-// order, so at most a few prepared pictures are in memory at once.
+// The movie is written tag by tag into a private file beside the target and
+// renamed into place when complete (a cancelled export leaves the valid
+// movie of the slides done; a failed one leaves the old file untouched).
+// Slide pictures are prepared on worker threads while the movie is written
+// in order (see PicturePipeline). The show itself is not changed.
 #pragma once
 
 #include <cstdint>
@@ -20,7 +22,14 @@ class SlideShow;
 struct ExportOptions {
     bool forceUncompressed = false;  // write FWS even when the show asks for compression
     bool overwrite = true;           // replace an existing file at the destination
-    int lookAhead = 2;               // slides prepared ahead of the one being written (0: none)
+    // The "default_image_adjust_bitmap_shift" setting of the moment: every
+    // slide's bitmap fill follows it.
+    bool bitmapShift = false;
+    int threads = 0;                 // picture workers (0: one per core)
+    size_t memoryBudget = 144u << 20;  // estimated bytes of pictures being prepared or waiting
+    // Prepared pictures are kept here and taken from here; empty: no cache.
+    std::string cacheFolder;
+    uint64_t cacheMaxBytes = 1ull << 30;
 };
 
 struct ExportResult {
@@ -31,21 +40,25 @@ struct ExportResult {
     uint16_t frameCount = 0;  // frames of the movie written
     uint32_t fileLength = 0;  // uncompressed length
     int slidesWritten = 0;
+    int picturesPrepared = 0;   // decoded and encoded in this export
+    int picturesFromCache = 0;  // taken from the cache
     std::vector<std::string> warnings;  // pictures that could not be used, and the like
 };
 
 // The player ignores frames past this many.
 constexpr int kPlayerFrameLimit = 16000;
 extern const char* const kFrameLimitWarning;
+// Frame counts, character ids and depths are 16-bit in the file.
+constexpr uint32_t kMovieFieldLimit = 65535;
 
 class MovieExporter {
 public:
-    explicit MovieExporter(SlideShow& show);
+    explicit MovieExporter(const SlideShow& show);
     ExportResult ExportMovie(const std::string& path, ProgressSink* progress = nullptr,
                              const ExportOptions& options = {});
 
 private:
-    SlideShow& show_;
+    const SlideShow& show_;
 };
 
 }  // namespace quillet

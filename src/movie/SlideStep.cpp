@@ -40,7 +40,7 @@ std::string PictureUrl(const std::string& picturePath, const std::string& movieF
     return url;
 }
 
-SlideStep::SlideStep(SwfWriter& writer, float fps, uint16_t& nextCharacterId, uint16_t& nextDepth)
+SlideStep::SlideStep(SwfWriter& writer, float fps, uint32_t& nextCharacterId, uint32_t& nextDepth)
     : writer_(writer), ctx_{writer, fps, nextCharacterId, nextDepth} {}
 
 int SlideStep::HoldFrames(uint32_t durationMs, float fps) {
@@ -68,10 +68,10 @@ uint16_t SlideStep::DefineBackgroundShape(const SlideStepInput& in) {
 }
 
 uint16_t SlideStep::DefinePicture(const SlideStepInput& in, SlideOnStage& stage) {
-    const SlideImage& image = in.slide->image;
+    const SlideImage& image = in.image ? *in.image : in.slide->image;
     PreparedPicture& picture = *in.picture;
-    const int32_t w = static_cast<int32_t>(picture.width) * kTwipsPerPixel;
-    const int32_t h = static_cast<int32_t>(picture.height) * kTwipsPerPixel;
+    const int32_t w = PixelsToTwips(picture.width);
+    const int32_t h = PixelsToTwips(picture.height);
     stage.width = w;
     stage.height = h;
 
@@ -116,12 +116,13 @@ SlideOnStage SlideStep::WriteSlide(const SlideStepInput& in, SlideOnStage* outgo
     stage.number = in.index;
     if (in.picture && in.picture->ok) {
         stage.characterId = DefinePicture(in, stage);
-        stage.x = slide.image.x * kTwipsPerPixel;
-        stage.y = slide.image.y * kTwipsPerPixel;
+        const SlideImage& image = in.image ? *in.image : slide.image;
+        stage.x = PixelsToTwips(image.x);
+        stage.y = PixelsToTwips(image.y);
     } else {
         stage.characterId = DefineBackgroundShape(in);
-        stage.width = in.stageWidth * kTwipsPerPixel;
-        stage.height = in.stageHeight * kTwipsPerPixel;
+        stage.width = PixelsToTwips(in.stageWidth);
+        stage.height = PixelsToTwips(in.stageHeight);
     }
     stage.depth = ctx_.NewDepth();
     stage.matrix = SwfMatrix::Translate(stage.x, stage.y);

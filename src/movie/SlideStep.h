@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "effects/SlideRender.h"
+#include "media/SlideImage.h"
 
 namespace quillet {
 
@@ -17,6 +18,7 @@ struct PreparedPicture;
 
 struct SlideStepInput {
     const Slide* slide = nullptr;
+    const SlideImage* image = nullptr;   // the picture settings exported (the slide's own when null)
     int index = 0;                       // 1-based
     PreparedPicture* picture = nullptr;  // prepared ahead; null for a blank slide
     uint32_t backgroundColor = 0;        // 0x00RRGGBB, what a blank slide shows
@@ -30,7 +32,7 @@ std::string PictureUrl(const std::string& picturePath, const std::string& movieF
 
 class SlideStep {
 public:
-    SlideStep(SwfWriter& writer, float fps, uint16_t& nextCharacterId, uint16_t& nextDepth);
+    SlideStep(SwfWriter& writer, float fps, uint32_t& nextCharacterId, uint32_t& nextDepth);
 
     // Writes slide `in.index`; `outgoing` is the slide shown before it (null
     // for the first). Returns the incoming slide's state on the stage, which

@@ -19,6 +19,13 @@ int32_t ToFixed(double v, double unit) {
 
 }  // namespace
 
+int32_t SaturateField(double value) {
+    if (std::isnan(value)) return 0;
+    return static_cast<int32_t>(std::clamp(std::trunc(value), double(kSwfFieldMin), double(kSwfFieldMax)));
+}
+
+int32_t ToFixed16(double value) { return SaturateField(value * 65536.0 + 0.5); }
+
 // --- SwfRect ---------------------------------------------------------------
 
 void SwfRect::Set(int32_t left, int32_t top, int32_t right, int32_t bottom, bool inPixels) {

@@ -13,6 +13,16 @@ namespace quillet {
 // One pixel is 20 twips.
 constexpr int32_t kTwipsPerPixel = 20;
 
+// Signed fields of the records hold at most 31 bits, so coordinates and
+// 16.16 values from outside are saturated to that range rather than
+// wrapped (or overflowed) on their way in.
+constexpr int32_t kSwfFieldMax = (1 << 30) - 1;
+constexpr int32_t kSwfFieldMin = -(1 << 30);
+int32_t SaturateField(double value);                 // NaN gives 0
+inline int32_t PixelsToTwips(int64_t pixels) { return SaturateField(static_cast<double>(pixels) * kTwipsPerPixel); }
+// trunc(value * 65536 + 0.5), saturated.
+int32_t ToFixed16(double value);
+
 struct SwfRect {
     // Twips, kept and written in the order Xmin, Xmax, Ymin, Ymax.
     int32_t xMin = 0, xMax = 0, yMin = 0, yMax = 0;

@@ -1,7 +1,9 @@
 #include "swf/SwfWriter.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <cmath>
+#include <cstring>
 #include <filesystem>
 #include <system_error>
 
@@ -20,9 +22,7 @@ void FrameRateBytes(float frameRate, uint8_t out[2]) {
 
 SwfWriter::SwfWriter(bool enforceMinimumSize) : enforceMinimumSize_(enforceMinimumSize) {}
 
-SwfWriter::~SwfWriter() {
-    if (file_) std::fclose(file_);
-}
+SwfWriter::~SwfWriter() = default;  // an unclosed movie is abandoned by out_
 
 void SwfWriter::Setup(int32_t widthTwips, int32_t heightTwips, float frameRate, uint8_t version) {
     frameRect_ = SwfRect(0, widthTwips, 0, heightTwips);
@@ -32,14 +32,10 @@ void SwfWriter::Setup(int32_t widthTwips, int32_t heightTwips, float frameRate, 
 
 bool SwfWriter::Open(const std::string& path, bool overwrite) {
     if (file_) return false;
-    std::error_code ec;
-    if (std::filesystem::exists(std::filesystem::symlink_status(path, ec))) {
-        if (!overwrite) return false;
-        if (!std::filesystem::remove(path, ec) || ec) return false;
-    }
-    file_ = std::fopen(path.c_str(), "wb");
-    if (!file_) return false;
+    if (!out_.Open(path, overwrite)) return false;
+    file_ = out_.File();
     path_ = path;
+    good_ = true;
 
     int32_t width = frameRect_.xMax - frameRect_.xMin;
     int32_t height = frameRect_.yMax - frameRect_.yMin;
@@ -172,9 +168,18 @@ uint32_t SwfWriter::Close() {
     if (std::fseek(file_, static_cast<long>(headerEnd_ - 2), SEEK_SET) != 0 || std::fwrite(frames, 1, 2, file_) != 2)
         good_ = false;
     std::fseek(file_, 0, SEEK_END);
-    if (std::fclose(file_) != 0) good_ = false;
     file_ = nullptr;
+    if (frameCount_ > 0xFFFF)
+        out_.SetFailed(path_ + " would hold " + std::to_string(frameCount_) + " frames; a movie holds at most 65535");
+    if (!good_) out_.SetFailed("cannot write " + path_ + ": " + std::strerror(errno ? errno : EIO));
+    if (!out_.Commit()) good_ = false;
     return fileLength;
+}
+
+void SwfWriter::Abandon() {
+    labels_.clear();
+    file_ = nullptr;
+    out_.Abandon();
 }
 
 }  // namespace quillet

@@ -19,6 +19,7 @@
 #include <string>
 #include <vector>
 
+#include "io/OutputFile.h"
 #include "swf/SwfRecords.h"
 #include "swf/SwfTag.h"
 #include "swf/tags/SetBackgroundColorTag.h"
@@ -58,16 +59,23 @@ public:
     void SetMuted(bool muted) { muted_ = muted; }
     void KeepOffsetIndex(bool keep, bool withNames = false) { keepIndex_ = keep; indexNames_ = withNames; }
 
-    // Fails when the file exists and overwrite is false, when the old file
-    // cannot be deleted, or when the new one cannot be opened.
+    // Starts the movie in a private file beside `path`; Close renames it
+    // into place, so an existing movie there stays whole until the new one
+    // is complete. Fails when the file exists and overwrite is false, when
+    // path is a folder, or when its folder cannot be written (Error() says).
     bool Open(const std::string& path, bool overwrite);
     // The writer owns and destroys the tag. Returns bytes written, 0 when the
     // tag was dropped (duplicate frame label, sound while muted) or null.
     size_t AddTag(std::unique_ptr<SwfTag> tag);
     // The caller keeps the tag.
     size_t AddTag(SwfTag& tag);
-    // Patches the header; returns the file length (0 when nothing was open).
+    // Patches the header and puts the file in place; returns the file length
+    // (0 when nothing was open). Good() is false when the file could not be
+    // completed, and then the old file at the path is untouched.
     uint32_t Close();
+    // Drops the movie written so far; the file at the path stays as it was.
+    void Abandon();
+    const std::string& Error() const { return out_.Error(); }
 
     // Frame listeners are told the 0-based index of each completed frame.
     // A frame event raised while listeners are being told is ignored.
@@ -75,7 +83,10 @@ public:
     int AddFrameListener(FrameListener listener);  // returns a key for RemoveFrameListener
     void RemoveFrameListener(int key);
 
-    uint16_t FrameCount() const { return frameCount_; }
+    uint16_t FrameCount() const { return static_cast<uint16_t>(frameCount_); }
+    // Frames counted so far, past what the header's 16 bits hold (a writer
+    // that was never opened counts too, for a dry run).
+    uint32_t TotalFrames() const { return frameCount_; }
     float FrameRate() const { return frameRate_; }
     uint8_t Version() const { return version_; }
     bool Muted() const { return muted_; }
@@ -101,13 +112,14 @@ private:
     size_t Add(SwfTag& tag, bool keep, std::unique_ptr<SwfTag>& owned);
     void FireFrame(uint16_t index);
 
-    std::FILE* file_ = nullptr;
+    OutputFile out_;
+    std::FILE* file_ = nullptr;  // out_'s stream while open
     std::string path_;
     SwfRect frameRect_{0, 20, 0, 20};
     float frameRate_ = 0;
     uint8_t version_ = 4;
     uint64_t headerEnd_ = 0;
-    uint16_t frameCount_ = 0;
+    uint32_t frameCount_ = 0;
     uint64_t bodyBytes_ = 0;
     std::vector<std::string> labels_;
     std::unique_ptr<SetBackgroundColorTag> background_;

@@ -35,7 +35,7 @@ struct Rendered {
              SlideOnStage incoming = {10, 2, SwfMatrix(), 0, 0, kW, kH, 2, ""})
         : in(incoming), out{5, 1, SwfMatrix::Scale(0x13333, 0x13333, -400, -300), 0, 0, kW, kH, 1, ""} {
         test::TempDir dir;
-        uint16_t nextId = 10, nextDepth = 2;
+        uint32_t nextId = 10, nextDepth = 2;
         {
             SwfWriter writer;
             writer.Setup(kW, kH, 12.0f, 6);

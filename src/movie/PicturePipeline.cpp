@@ -1,0 +1,302 @@
+#include "movie/PicturePipeline.h"
+
+#include <algorithm>
+#include <cstring>
+#include <sstream>
+
+#include "io/DiskCache.h"
+#include "media/ImageFilter.h"
+#include "media/ImageImporter.h"
+#include "media/Progress.h"
+#include "swf/tags/LosslessTags.h"
+#include "xml/XmlWriter.h"
+
+namespace quillet {
+
+struct PicturePipeline::Slot {
+    bool ready = false;
+    PreparedPicture picture;
+    size_t held = 0;  // bytes charged to the budget until the writer takes it
+};
+
+namespace {
+
+// Bumped whenever preparation changes the bytes it stores, so old cache
+// entries are not taken for new ones.
+constexpr int64_t kPictureFormatVersion = 1;
+
+size_t HeldBytes(const PreparedPicture& p) {
+    size_t n = p.jpeg.size() + p.alphaZlib.size() + sizeof(PreparedPicture);
+    if (p.lossless) n += p.lossless->zlibData.size();
+    return n;
+}
+
+bool Cancelled(const ProgressSink* progress) { return progress && progress->cancelled(); }
+
+// Only the cancel request reaches the workers; the writer shows the texts.
+class CancelOnly : public ProgressSink {
+public:
+    explicit CancelOnly(const ProgressSink* outer) : outer_(outer) {}
+    bool cancelled() const override { return Cancelled(outer_); }
+
+private:
+    const ProgressSink* outer_;
+};
+
+class ByteWriter {
+public:
+    void U8(uint8_t v) { bytes.push_back(v); }
+    void U32(uint32_t v) {
+        for (int i = 0; i < 4; ++i) bytes.push_back(static_cast<uint8_t>(v >> (8 * i)));
+    }
+    void I32(int32_t v) { U32(static_cast<uint32_t>(v)); }
+    void Blob(const std::vector<uint8_t>& b) {
+        U32(static_cast<uint32_t>(b.size()));
+        bytes.insert(bytes.end(), b.begin(), b.end());
+    }
+    std::vector<uint8_t> bytes;
+};
+
+class ByteReader {
+public:
+    explicit ByteReader(const std::vector<uint8_t>& b) : bytes_(b) {}
+    uint8_t U8() { return pos_ < bytes_.size() ? bytes_[pos_++] : (bad_ = true, 0); }
+    uint32_t U32() {
+        uint32_t v = 0;
+        for (int i = 0; i < 4; ++i) v |= static_cast<uint32_t>(U8()) << (8 * i);
+        return v;
+    }
+    int32_t I32() { return static_cast<int32_t>(U32()); }
+    std::vector<uint8_t> Blob() {
+        const uint32_t n = U32();
+        if (bad_ || n > bytes_.size() - pos_) {
+            bad_ = true;
+            return {};
+        }
+        std::vector<uint8_t> b(bytes_.begin() + static_cast<long>(pos_), bytes_.begin() + static_cast<long>(pos_ + n));
+        pos_ += n;
+        return b;
+    }
+    bool Good() const { return !bad_ && pos_ == bytes_.size(); }
+
+private:
+    const std::vector<uint8_t>& bytes_;
+    size_t pos_ = 0;
+    bool bad_ = false;
+};
+
+}  // namespace
+
+bool PictureCacheKey(const SlideImage& image, const std::vector<std::unique_ptr<ImageFilter>>& filters,
+                     CacheKey& key) {
+    KeyHasher h;
+    h.AddNumber(kPictureFormatVersion);
+    h.Add(image.src);
+    if (!h.AddFile(image.src)) return false;
+    // Every setting that reaches the stored bytes (position and alignment do not).
+    h.AddNumber(static_cast<int>(image.imageType)).AddNumber(image.quality);
+    h.AddNumber(image.width).AddNumber(image.height);
+    h.AddNumber(image.crop).AddNumber(image.cropRect.left).AddNumber(image.cropRect.top);
+    h.AddNumber(image.cropRect.right).AddNumber(image.cropRect.bottom);
+    h.AddNumber(image.flipVertical).AddNumber(image.flipHorizontal).AddNumber(image.rotation);
+    for (uint8_t c : image.cornerOrder) h.AddNumber(c);
+    h.AddNumber(image.adjustBitmapShift);
+    std::ostringstream saved;
+    XmlWriter w;
+    w.open(saved);
+    for (const auto& f : filters)
+        if (f) WriteFilterElement(w, *f);
+    w.close();
+    h.Add(saved.str());
+    key = h.Key();
+    return true;
+}
+
+std::vector<uint8_t> SerializePicture(const PreparedPicture& p) {
+    ByteWriter w;
+    w.U8(static_cast<uint8_t>(p.type));
+    w.U32(p.width);
+    w.U32(p.height);
+    w.I32(p.naturalWidth);
+    w.I32(p.naturalHeight);
+    w.I32(p.externalScaleX);
+    w.I32(p.externalScaleY);
+    w.I32(p.fillScaleX);
+    w.I32(p.fillScaleY);
+    w.Blob(p.jpeg);
+    w.Blob(p.alphaZlib);
+    w.U8(p.lossless ? (p.lossless->HasAlpha() ? 2 : 1) : 0);
+    if (p.lossless) {
+        w.U8(p.lossless->format);
+        w.U32(p.lossless->width);
+        w.U32(p.lossless->height);
+        w.U32(p.lossless->colorTableSize);
+        w.Blob(p.lossless->zlibData);
+    }
+    return std::move(w.bytes);
+}
+
+bool DeserializePicture(const std::vector<uint8_t>& bytes, PreparedPicture& p) {
+    ByteReader r(bytes);
+    const uint8_t type = r.U8();
+    if (type > 8) return false;
+    p.type = static_cast<ImageType>(type);
+    p.width = r.U32();
+    p.height = r.U32();
+    p.naturalWidth = r.I32();
+    p.naturalHeight = r.I32();
+    p.externalScaleX = r.I32();
+    p.externalScaleY = r.I32();
+    p.fillScaleX = r.I32();
+    p.fillScaleY = r.I32();
+    p.jpeg = r.Blob();
+    p.alphaZlib = r.Blob();
+    const uint8_t lossless = r.U8();
+    if (lossless == 1 || lossless == 2) {
+        std::unique_ptr<SwfLosslessBase> tag;
+        if (lossless == 1) tag = std::make_unique<DefineBitsLosslessTag>();
+        else tag = std::make_unique<DefineBitsLossless2Tag>();
+        tag->format = r.U8();
+        tag->width = static_cast<uint16_t>(r.U32());
+        tag->height = static_cast<uint16_t>(r.U32());
+        tag->colorTableSize = static_cast<uint16_t>(r.U32());
+        tag->zlibData = r.Blob();
+        p.lossless = std::move(tag);
+    } else if (lossless != 0) {
+        return false;
+    }
+    p.ok = r.Good();
+    return p.ok;
+}
+
+PicturePipeline::PicturePipeline(std::vector<PictureJob> jobs, const PipelineOptions& options)
+    : jobs_(std::move(jobs)), options_(options) {
+    int threads = options_.threads > 0 ? options_.threads : static_cast<int>(std::thread::hardware_concurrency());
+    threads = std::clamp(threads, 1, 64);
+    if (options_.window <= 0) options_.window = threads + 1;
+    slots_.resize(jobs_.size());
+    for (auto& s : slots_) s = std::make_unique<Slot>();
+    threads = std::min<int>(threads, static_cast<int>(jobs_.size()));
+    for (int i = 0; i < threads; ++i) workers_.emplace_back([this] { Work(); });
+}
+
+PicturePipeline::~PicturePipeline() {
+    {
+        std::lock_guard<std::mutex> hold(lock_);
+        stopping_ = true;
+    }
+    changed_.notify_all();
+    for (auto& t : workers_) t.join();
+}
+
+PipelineStats PicturePipeline::Stats() const {
+    std::lock_guard<std::mutex> hold(lock_);
+    return stats_;
+}
+
+bool PicturePipeline::Reserve(size_t index, size_t bytes) {
+    std::unique_lock<std::mutex> hold(lock_);
+    // The picture the writer waits for always goes; the others wait until
+    // they fit beside what is in flight.
+    changed_.wait(hold, [&] { return stopping_ || index == nextTaken_ || inFlight_ + bytes <= options_.memoryBudget; });
+    if (stopping_) return false;
+    inFlight_ += bytes;
+    stats_.peakEstimate = std::max(stats_.peakEstimate, inFlight_);
+    return true;
+}
+
+void PicturePipeline::Release(size_t bytes) {
+    {
+        std::lock_guard<std::mutex> hold(lock_);
+        inFlight_ -= std::min(bytes, inFlight_);
+    }
+    changed_.notify_all();
+}
+
+PreparedPicture PicturePipeline::Prepare(size_t index) {
+    const PictureJob& job = jobs_[index];
+    if (!job.image) return {};
+    static const std::vector<std::unique_ptr<ImageFilter>> kNoFilters;
+    const auto& filters = job.filters ? *job.filters : kNoFilters;
+    const SlideImage& image = *job.image;
+
+    // Pictures loaded at play time or stored as the file's own bytes cost
+    // little to prepare; the others go through the cache.
+    const bool cacheable = options_.cache && image.imageType != ImageType::JpegExternal &&
+                           image.imageType != ImageType::JpegImportData;
+    CacheKey key;
+    const bool keyed = cacheable && PictureCacheKey(image, filters, key);
+    if (keyed) {
+        std::vector<uint8_t> bytes;
+        PreparedPicture cached;
+        if (options_.cache->Get(key, bytes) && DeserializePicture(bytes, cached)) {
+            std::lock_guard<std::mutex> hold(lock_);
+            ++stats_.fromCache;
+            return cached;
+        }
+    }
+
+    ImageImporter importer;
+    if (!importer.Open(image.src)) {
+        PreparedPicture out;
+        out.type = image.imageType;
+        out.error = image.src + ": " + importer.error();
+        return out;
+    }
+    const size_t estimate = EstimatePrepareBytes(importer, image);
+    if (!Reserve(index, estimate)) return {};
+    CancelOnly cancel(options_.progress);
+    PrepareOptions prep;
+    prep.progress = &cancel;
+    PreparedPicture picture = PrepareSlideImage(importer, image, filters, prep);
+    Release(estimate);
+    {
+        std::lock_guard<std::mutex> hold(lock_);
+        ++stats_.prepared;
+    }
+    if (keyed && picture.ok && !picture.cancelled) options_.cache->Put(key, SerializePicture(picture));
+    return picture;
+}
+
+void PicturePipeline::Work() {
+    for (;;) {
+        size_t index;
+        {
+            std::unique_lock<std::mutex> hold(lock_);
+            changed_.wait(hold, [&] {
+                return stopping_ || nextJob_ >= jobs_.size() ||
+                       nextJob_ < nextTaken_ + static_cast<size_t>(options_.window);
+            });
+            if (stopping_ || nextJob_ >= jobs_.size()) return;
+            index = nextJob_++;
+        }
+        PreparedPicture picture;
+        if (!Cancelled(options_.progress)) picture = Prepare(index);
+        const size_t held = HeldBytes(picture);
+        {
+            std::lock_guard<std::mutex> hold(lock_);
+            Slot& slot = *slots_[index];
+            slot.picture = std::move(picture);
+            slot.held = held;
+            slot.ready = true;
+            inFlight_ += held;
+            stats_.peakEstimate = std::max(stats_.peakEstimate, inFlight_);
+        }
+        changed_.notify_all();
+    }
+}
+
+PreparedPicture PicturePipeline::Next() {
+    std::unique_lock<std::mutex> hold(lock_);
+    if (nextTaken_ >= slots_.size()) return {};
+    Slot& slot = *slots_[nextTaken_];
+    changed_.wait(hold, [&] { return slot.ready; });
+    PreparedPicture picture = std::move(slot.picture);
+    inFlight_ -= std::min(slot.held, inFlight_);
+    ++nextTaken_;
+    hold.unlock();
+    changed_.notify_all();
+    return picture;
+}
+
+}  // namespace quillet
