@@ -2,10 +2,12 @@
 // back through our own SWF reader.
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <set>
 
 #include "effects/CameraEffect.h"
 #include "effects/Transition.h"
+#include "media/ImageFilter.h"
 #include "media/Progress.h"
 #include "model/Slide.h"
 #include "model/SlideShow.h"
@@ -215,4 +217,134 @@ TEST(Export, PicturesLoadedAtPlayTimeAreFoundFromTheMovie) {
     // Names that are not plain URL text are escaped byte by byte.
     EXPECT_EQ(PictureUrl("/site/My Photos/day #1 50%?.jpg", "/site"), "My%20Photos/day%20%231%2050%25%3F.jpg");
     EXPECT_EQ(PictureUrl("/site/\xc3\xa9t\xc3\xa9.jpg", "/site"), "%C3%A9t%C3%A9.jpg");
+}
+
+TEST(Export, ShowsBeyondTheFileFieldsAreRefusedBeforeWriting) {
+    test::TempDir dir;
+    struct Case {
+        uint32_t durationMs;
+        bool refused;
+        bool warned;  // the player's 16,000-frame limit
+    } cases[] = {
+        // Hold frames at 12 fps, plus the end frame.
+        {5833334, true, false},   // 70,000 + 1: the header would have said 4,465
+        {5461300, true, false},   // 65,535 + 1
+        {5461167, false, true},   // 65,534 + 1: the most a movie holds
+        {1333340, false, true},   // 16,000 + 1
+        {1333300, false, false},  // 15,999 + 1
+    };
+    for (const Case& c : cases) {
+        SlideShow show;
+        show.setSize(32, 24);
+        show.fps = 12;
+        auto blank = show.createSlide(SlideType::Blank);
+        blank->duration = c.durationMs;
+        show.append(std::move(blank));
+        const std::string path = dir.file("old.swf");
+        test::writeFile(path, "the user's old movie");
+        ExportResult r = MovieExporter(show).ExportMovie(path);
+        EXPECT_EQ(r.ok, !c.refused) << c.durationMs << ": " << r.error;
+        if (c.refused) {
+            EXPECT_NE(r.error.find("65,535"), std::string::npos) << r.error;
+            EXPECT_EQ(test::readFile(path), "the user's old movie");
+        } else {
+            Movie m;
+            ReadMovie(path, m);
+            EXPECT_EQ(m.reader.Header().frameCount, r.frameCount);
+            EXPECT_EQ(r.frameCount, SlideStep::HoldFrames(c.durationMs, 12) + 1);
+        }
+        const bool warned = !r.warnings.empty() && r.warnings.back() == kFrameLimitWarning;
+        EXPECT_EQ(warned, c.warned) << c.durationMs;
+    }
+    // Nothing but the user's file is left in the folder.
+    size_t files = 0;
+    for ([[maybe_unused]] const auto& e : std::filesystem::directory_iterator(dir.path())) ++files;
+    EXPECT_EQ(files, 1u);
+}
+
+TEST(Export, ExtremeNumbersFromAProjectAreHeldToTheFileRange) {
+    test::TempDir dir;
+    SlideShow show;
+    show.setSize(64, 48);
+    auto slide = ImageSlide(show, MakePicture(dir, "p.png", "#808080"), 500);
+    slide->image.scaleToFit = false;
+    slide->image.autoAlign = false;
+    slide->image.width = 64;
+    slide->image.height = 48;
+    slide->image.x = 200000000;
+    slide->image.y = -200000000;
+    auto move = std::make_unique<PanZoomEffect>();
+    move->duration = 500;
+    move->zoom = 1e12;
+    move->panX = 2147483647;
+    move->panY = -2147483647 - 1;
+    slide->addCameraEffect(std::move(move));
+    show.append(std::move(slide));
+    auto huge = ImageSlide(show, MakePicture(dir, "q.png", "#808080"), 500);
+    huge->image.scaleToFit = false;
+    huge->image.width = 200000000;  // no picture of that size is drawn
+    huge->image.height = 48;
+    show.append(std::move(huge));
+
+    ExportResult r = MovieExporter(show).ExportMovie(dir.file("x.swf"));
+    ASSERT_TRUE(r.ok) << r.error;
+    ASSERT_FALSE(r.warnings.empty());
+    EXPECT_NE(r.warnings[0].find("10000"), std::string::npos) << r.warnings[0];
+    Movie m;
+    ReadMovie(dir.file("x.swf"), m);
+    const PlaceObject2Tag* last = nullptr;  // slide 1's last camera frame
+    for (const auto& tag : m.reader.Tags()) {
+        if (auto* label = dynamic_cast<const FrameLabelTag*>(tag.get()); label && label->label == "slidepre_2") break;
+        if (auto* place = dynamic_cast<const PlaceObject2Tag*>(tag.get()); place && place->matrix) last = place;
+    }
+    ASSERT_NE(last, nullptr);
+    EXPECT_EQ(last->matrix->translateX, kSwfFieldMax);
+    EXPECT_EQ(last->matrix->translateY, kSwfFieldMin);
+    EXPECT_EQ(last->matrix->scaleX, kSwfFieldMax);
+}
+
+TEST(Export, PreparedPicturesComeFromTheCacheUntilTheirSettingsChange) {
+    test::TempDir dir;
+    SlideShow show;
+    show.setSize(64, 48);
+    for (const char* color : {"#ff0000", "#00ff00", "#0000ff"})
+        show.append(ImageSlide(show, MakePicture(dir, std::string(color + 1) + ".png", color), 500));
+    ExportOptions options;
+    options.cacheFolder = dir.file("cache");
+
+    ExportResult first = MovieExporter(show).ExportMovie(dir.file("a.swf"), nullptr, options);
+    ASSERT_TRUE(first.ok) << first.error;
+    EXPECT_EQ(first.picturesPrepared, 3);
+    EXPECT_EQ(first.picturesFromCache, 0);
+
+    // A new duration changes no picture; the movie is the same.
+    show.slideAt(1)->duration = 1500;
+    ExportResult second = MovieExporter(show).ExportMovie(dir.file("b.swf"), nullptr, options);
+    ASSERT_TRUE(second.ok);
+    EXPECT_EQ(second.picturesPrepared, 0);
+    EXPECT_EQ(second.picturesFromCache, 3);
+    show.slideAt(1)->duration = 500;
+    ASSERT_TRUE(MovieExporter(show).ExportMovie(dir.file("c.swf"), nullptr, options).ok);
+    EXPECT_EQ(test::readFile(dir.file("a.swf")), test::readFile(dir.file("c.swf")));
+
+    // A filter on one slide prepares that slide alone.
+    show.slideAt(2)->addFilter(ImageFilterRegistry::instance().create("Grayscale"));
+    ExportResult third = MovieExporter(show).ExportMovie(dir.file("d.swf"), nullptr, options);
+    EXPECT_EQ(third.picturesPrepared, 1);
+    EXPECT_EQ(third.picturesFromCache, 2);
+
+    // A damaged entry is found out and rebuilt; a changed picture file too.
+    for (const auto& e : std::filesystem::recursive_directory_iterator(dir.file("cache")))
+        if (e.is_regular_file()) {
+            std::string bytes = test::readFile(e.path().string());
+            bytes[bytes.size() / 2] ^= 0x55;
+            test::writeFile(e.path().string(), bytes);
+        }
+    MakePicture(dir, "ff0000.png", "#ff00ff");
+    ExportResult fourth = MovieExporter(show).ExportMovie(dir.file("e.swf"), nullptr, options);
+    ASSERT_TRUE(fourth.ok);
+    EXPECT_EQ(fourth.picturesPrepared, 3);
+    ExportResult fifth = MovieExporter(show).ExportMovie(dir.file("f.swf"), nullptr, options);
+    EXPECT_EQ(fifth.picturesFromCache, 3);
+    EXPECT_EQ(test::readFile(dir.file("e.swf")), test::readFile(dir.file("f.swf")));
 }
