@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # Installs what is missing, builds, and runs every test (unit, command line, playback),
-# then builds and runs the whole suite again under AddressSanitizer and
-# UndefinedBehaviorSanitizer (QUILLET_SANITIZE_PASS=0 skips that second pass).
+# then the sanitizer pass (scripts/sanitize.sh): the unit and command-line tests again
+# in a clang build with AddressSanitizer and UndefinedBehaviorSanitizer, and each fuzz
+# target for a short time. QUILLET_SANITIZE_PASS=0 skips that second pass.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 bash scripts/setup.sh
@@ -11,9 +12,5 @@ cmake --build "$BUILD" -j"$(nproc)"
 (cd "$BUILD" && ctest --output-on-failure -j"$(nproc)" "$@")
 
 if [ "${QUILLET_SANITIZE_PASS:-1}" != 0 ]; then
-  echo "test: again under the address and undefined-behaviour sanitizers"
-  cmake -S . -B "$BUILD-asan" -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo -DQUILLET_SANITIZE=ON \
-    -DQUILLET_BUILD_BENCH=OFF >/dev/null
-  cmake --build "$BUILD-asan" -j"$(nproc)"
-  (cd "$BUILD-asan" && ctest --output-on-failure -j"$(nproc)" "$@")
+  bash scripts/sanitize.sh "$BUILD-san" "$@"
 fi
