@@ -121,8 +121,23 @@ bool ImageImporter::OpenBytes(std::vector<uint8_t> bytes, const std::string& nam
             decodeBytes_ = reader.DecodeBytes();
         }
     }
+    auto within = [this](uint32_t w, uint32_t h) {
+        const uint32_t maxSide = jpeg_ ? kMaxJpegSide : kMaxSide;
+        return static_cast<uint64_t>(w) * h <= kMaxPixels && w <= maxSide && h <= maxSide;
+    };
+    auto refuse = [this](uint32_t w, uint32_t h) {
+        failure_ = Failure::NotAnImage;
+        error_ = "the picture is too large (" + std::to_string(w) + "x" + std::to_string(h) + " pixels; the limit is " +
+                 std::to_string(kMaxPixels / 1000000) + " megapixels and " +
+                 std::to_string(jpeg_ ? kMaxJpegSide : kMaxSide) + " pixels a side)";
+        width_ = height_ = 0;
+        return false;
+    };
     if (!jpeg_) {
         MagickReader reader(bytes_.data(), bytes_.size(), extension_);
+        // A size the header declares is checked before ImageMagick sees the file.
+        uint32_t w = 0, h = 0;
+        if (reader.HeaderSize(w, h) && !within(w, h)) return refuse(w, h);
         if (!reader.Ping(width_, height_, error_)) {
             failure_ = Failure::NotAnImage;
             if (error_.empty()) error_ = "not a picture";
@@ -131,15 +146,7 @@ bool ImageImporter::OpenBytes(std::vector<uint8_t> bytes, const std::string& nam
         // ImageMagick's 16-bit pixel cache, then our 8-bit copy of it.
         decodeBytes_ = static_cast<size_t>(width_) * height_ * (8 + 4);
     }
-    const uint32_t maxSide = jpeg_ ? kMaxJpegSide : kMaxSide;
-    if (static_cast<uint64_t>(width_) * height_ > kMaxPixels || width_ > maxSide || height_ > maxSide) {
-        failure_ = Failure::NotAnImage;
-        error_ = "the picture is too large (" + std::to_string(width_) + "x" + std::to_string(height_) +
-                 " pixels; the limit is " + std::to_string(kMaxPixels / 1000000) + " megapixels and " +
-                 std::to_string(maxSide) + " pixels a side)";
-        width_ = height_ = 0;
-        return false;
-    }
+    if (!within(width_, height_)) return refuse(width_, height_);
     return true;
 }
 

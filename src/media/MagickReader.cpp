@@ -70,6 +70,33 @@ const char* MagickReader::Format() const {
     return nullptr;
 }
 
+bool MagickReader::HeaderSize(uint32_t& width, uint32_t& height) const {
+    const uint8_t* d = data_;
+    auto be32 = [&](size_t at) { return uint32_t(d[at]) << 24 | uint32_t(d[at + 1]) << 16 | uint32_t(d[at + 2]) << 8 | d[at + 3]; };
+    auto le32 = [&](size_t at) { return uint32_t(d[at + 3]) << 24 | uint32_t(d[at + 2]) << 16 | uint32_t(d[at + 1]) << 8 | d[at]; };
+    auto le16 = [&](size_t at) { return uint32_t(d[at + 1]) << 8 | d[at]; };
+    const char* format = Format();
+    if (!format) return false;
+    const std::string f = format;
+    if (f == "PNG" && size_ >= 24) {
+        width = be32(16);
+        height = be32(20);
+    } else if (f == "GIF" && size_ >= 10) {
+        width = le16(6);
+        height = le16(8);
+    } else if (f == "BMP" && size_ >= 26 && le32(14) >= 40) {
+        width = le32(18);
+        const int32_t h = static_cast<int32_t>(le32(22));  // negative: rows top down
+        height = h < 0 ? static_cast<uint32_t>(-static_cast<int64_t>(h)) : static_cast<uint32_t>(h);
+    } else if (f == "PSD" && size_ >= 22) {
+        height = be32(14);
+        width = be32(18);
+    } else {
+        return false;
+    }
+    return true;
+}
+
 static const char* const kNotOurs = "not a picture in a format that can be imported (BMP, GIF, JPEG, PICT, PNG, PSD, TIFF, Targa)";
 
 bool MagickReader::Ping(uint32_t& width, uint32_t& height, std::string& error) {

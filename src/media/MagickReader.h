@@ -26,6 +26,9 @@ public:
     // The ImageMagick coder for these bytes, or null when they are none of
     // the formats we import.
     const char* Format() const;
+    // The size a PNG, GIF, BMP or PSD header declares, read without
+    // ImageMagick (which may refuse a huge one without saying why).
+    bool HeaderSize(uint32_t& width, uint32_t& height) const;
 
 private:
     const uint8_t* data_;

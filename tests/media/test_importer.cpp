@@ -3,6 +3,8 @@
 #include <cstring>
 #include <filesystem>
 
+#include <zlib.h>
+
 #include "media/ImageImporter.h"
 #include "media/JpegReader.h"
 #include "support/TempDir.h"
@@ -218,20 +220,48 @@ TEST_F(ImporterTest, RealPhotosDecodeLikeImageMagick) {
     EXPECT_EQ(std::memcmp(arc.data(), b.pixels(), b.byteSize()), 0);
 }
 
-TEST(ImageFileFilter, TextsAsShown) {
-    const auto& f = ImageFileFilter();
-    ASSERT_EQ(f.size(), 10u);
-    EXPECT_EQ(f[0].description, "All Images");
-    EXPECT_EQ(f[0].patterns, "*.bmp;*.gif;*.jpg;*.pct;*.png;*.psd;*.tif;*.tga");
-    EXPECT_EQ(f[4].description, "PICT (*.pict)");
-    EXPECT_EQ(f[4].patterns, "*.pct");
-    EXPECT_EQ(f[6].description, "Photoshop (*psd)");
-    EXPECT_EQ(f[7].description, "TIFF (*.tiff)");
-    EXPECT_EQ(f[7].patterns, "*.tif");
-    EXPECT_EQ(f[9].description, "All Files (*.*)");
-    EXPECT_TRUE(hasImageExtension("/a/b/Photo.JPG"));
-    EXPECT_FALSE(hasImageExtension("/a/b/photo.jpeg.txt"));
-    EXPECT_FALSE(hasImageExtension("bmp"));
+TEST_F(ImporterTest, OversizedInputsAreRefusedBeforeDecoding) {
+    // A 20000x20000 progressive JPEG, as far as its header says: the frame
+    // header's size fields of a small one are rewritten.
+    ASSERT_EQ(test::runCommand("convert -size 64x48 gradient:red-blue -interlace JPEG " + file("p.jpg")), 0);
+    std::string jpeg = test::readFile(file("p.jpg"));
+    const size_t sof = jpeg.find("\xFF\xC2");
+    ASSERT_NE(sof, std::string::npos);
+    jpeg[sof + 5] = jpeg[sof + 7] = static_cast<char>(20000 >> 8);
+    jpeg[sof + 6] = jpeg[sof + 8] = static_cast<char>(20000 & 0xFF);
+    test::writeFile(file("huge.jpg"), jpeg);
+    // A PNG whose header says 20000x20000 (its checksum made good again).
+    std::string png = test::readFile(file("pic.png"));
+    ASSERT_EQ(png.substr(12, 4), "IHDR");
+    for (int at : {16, 20}) {
+        png[at + 2] = static_cast<char>(20000 >> 8);
+        png[at + 3] = static_cast<char>(20000 & 0xFF);
+    }
+    const uLong crc = crc32(0, reinterpret_cast<const Bytef*>(png.data() + 12), 17);
+    for (int i = 0; i < 4; ++i) png[29 + i] = static_cast<char>(crc >> (24 - 8 * i));
+    test::writeFile(file("huge.png"), png);
+    // 6 GB named .png (sparse: no disk is spent).
+    ASSERT_EQ(test::runCommand("truncate -s 6G " + file("six.png")), 0);
+    // Bytes of a format we do not import, named as one we do.
+    test::writeFile(file("drawing.png"), "<svg xmlns='http://www.w3.org/2000/svg' width='10' height='10'/>");
+    test::writeFile(file("page.tif"), "%!PS-Adobe-3.0\n");
+
+    struct Case {
+        const char* name;
+        const char* why;
+    } cases[] = {
+        {"huge.jpg", "too large (20000x20000"},
+        {"huge.png", "too large (20000x20000"},
+        {"six.png", "too large (6442450944 bytes"},
+        {"drawing.png", "not a picture in a format that can be imported"},
+        {"page.tif", "not a picture in a format that can be imported"},
+    };
+    for (const Case& c : cases) {
+        ImageImporter im;
+        EXPECT_FALSE(im.Open(file(c.name))) << c.name;
+        EXPECT_EQ(im.failure(), ImageImporter::Failure::NotAnImage) << c.name;
+        EXPECT_NE(im.error().find(c.why), std::string::npos) << c.name << ": " << im.error();
+    }
 }
 
 }  // namespace
