@@ -15,7 +15,7 @@
 
 #include "media/Bitmap.h"
 #include "media/ImageImporter.h"
-#include "media/JpegBitmap.h"
+#include "media/JpegEncoder.h"
 #include "media/MagickReader.h"
 #include "media/SlideImage.h"
 #include "media/SlidePicture.h"

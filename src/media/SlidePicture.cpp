@@ -6,18 +6,11 @@
 
 #include "media/ImageFilter.h"
 #include "media/ImageImporter.h"
-#include "media/JpegBitmap.h"
+#include "media/JpegEncoder.h"
 #include "media/PixelOps.h"
 #include "media/Progress.h"
-#include "swf/tags/JpegTags.h"
-#include "swf/tags/LosslessTags.h"
 
 namespace quillet {
-
-PreparedPicture::PreparedPicture() = default;
-PreparedPicture::~PreparedPicture() = default;
-PreparedPicture::PreparedPicture(PreparedPicture&&) noexcept = default;
-PreparedPicture& PreparedPicture::operator=(PreparedPicture&&) noexcept = default;
 
 namespace {
 
@@ -107,6 +100,7 @@ PreparedPicture PrepareSlideImage(ImageImporter& importer, const SlideImage& set
                                   const PrepareOptions& options) {
     PreparedPicture out;
     out.type = settings.imageType;
+    out.quality = settings.quality;
     ProgressSink* progress = options.progress;
     importer.GetNaturalSize(out.naturalWidth, out.naturalHeight);
 
@@ -115,9 +109,6 @@ PreparedPicture PrepareSlideImage(ImageImporter& importer, const SlideImage& set
     // The picture's natural size decides the geometry, not what was saved.
     image.sourceWidth = out.naturalWidth;
     image.sourceHeight = out.naturalHeight;
-
-    out.fillScaleX = BitmapFillScale(image, true);
-    out.fillScaleY = BitmapFillScale(image, false);
 
     if (image.imageType == ImageType::JpegImportData) {
         // The file's own bytes, untouched by crop, filters or turns.
@@ -128,9 +119,7 @@ PreparedPicture PrepareSlideImage(ImageImporter& importer, const SlideImage& set
         return out;
     }
     if (image.imageType == ImageType::JpegExternal) {
-        // Loaded into a placeholder at play time; only its scale is needed.
-        out.externalScaleX = ExternalJpegScale(image, true);
-        out.externalScaleY = ExternalJpegScale(image, false);
+        // Loaded into a placeholder at play time; only its sizes are needed.
         out.width = static_cast<uint32_t>(image.width > 0 ? image.width : 0);
         out.height = static_cast<uint32_t>(image.height > 0 ? image.height : 0);
         out.ok = true;
@@ -175,76 +164,16 @@ PreparedPicture PrepareSlideImage(ImageImporter& importer, const SlideImage& set
     out.height = bitmap.height();
 
     if (progress) progress->setSecondaryText("Writing image...");
-    Bitmap alpha;
-    if (needsAlpha(image.imageType) && !BuildAlphaPlane(importer, image, alpha))
+    if (needsAlpha(image.imageType) && !BuildAlphaPlane(importer, image, out.alpha))
         return failed(std::move(out), settings.src, "the picture's alpha channel cannot be drawn");
-
-    switch (image.imageType) {
-        case ImageType::Jpeg:
-            out.jpeg = EncodeJpeg(bitmap.pixels(), out.width, out.height, 3, image.quality);
-            if (out.jpeg.empty()) return failed(std::move(out), settings.src, "JPEG compression failed");
-            break;
-        case ImageType::JpegTransparent: {
-            // The players take the colours of a JPEG with alpha as already
-            // multiplied by their alpha (and clamp them to it).
-            std::vector<uint8_t> premultiplied(bitmap.pixels(), bitmap.pixels() + bitmap.byteSize());
-            const uint8_t* a = alpha.pixels();
-            for (size_t i = 0, n = alpha.byteSize(); i < n; ++i)
-                for (size_t c = 0; c < 3; ++c) {
-                    uint8_t& v = premultiplied[i * 3 + c];
-                    v = static_cast<uint8_t>((v * a[i] + 127) / 255);
-                }
-            out.jpeg = EncodeJpeg(premultiplied.data(), out.width, out.height, 3, image.quality);
-            if (out.jpeg.empty()) return failed(std::move(out), settings.src, "JPEG compression failed");
-            out.alphaZlib = ZlibCompress(alpha.pixels(), alpha.byteSize());
-            break;
-        }
-        case ImageType::Rgb8:
-        case ImageType::Rgb15:
-        case ImageType::Rgb24: {
-            const int bits = image.imageType == ImageType::Rgb8 ? 8 : (image.imageType == ImageType::Rgb15 ? 15 : 24);
-            out.lossless = DefineBitsLosslessTag::FromRgb(0, out.width, out.height, bitmap.pixels(), bits, 3);
-            break;
-        }
-        case ImageType::Rgb8Transparent:
-        case ImageType::Rgb24Transparent: {
-            const int bits = image.imageType == ImageType::Rgb8Transparent ? 8 : 32;
-            out.lossless = DefineBitsLossless2Tag::FromRgbAndAlpha(0, out.width, out.height, bitmap.pixels(),
-                                                                   alpha.pixels(), bits);
-            break;
-        }
-        default: break;
+    if (image.imageType == ImageType::Jpeg) {
+        out.jpeg = EncodeJpeg(bitmap.pixels(), out.width, out.height, 3, image.quality);
+        if (out.jpeg.empty()) return failed(std::move(out), settings.src, "JPEG compression failed");
+        if (!options.keepPixels) bitmap.Free();
     }
-    if ((image.imageType != ImageType::Jpeg && image.imageType != ImageType::JpegTransparent) && !out.lossless)
-        return failed(std::move(out), settings.src, "the lossless bitmap cannot be built");
-    if (options.keepPixels) {
-        out.pixels = std::make_unique<Bitmap>();
-        *out.pixels = std::move(bitmap);
-    }
+    out.pixels = std::move(bitmap);
     out.ok = true;
     return out;
-}
-
-std::unique_ptr<SwfTag> MakeBitmapTag(PreparedPicture& picture, uint16_t characterId) {
-    if (!picture.hasBitmap()) return nullptr;
-    switch (picture.type) {
-        case ImageType::Jpeg:
-        case ImageType::JpegImportData:
-            return std::make_unique<DefineBitsJPEG2Tag>(characterId, std::move(picture.jpeg));
-        case ImageType::JpegTransparent:
-            return std::make_unique<DefineBitsJPEG3Tag>(characterId, std::move(picture.jpeg),
-                                                        std::move(picture.alphaZlib));
-        default:
-            if (!picture.lossless) return nullptr;
-            picture.lossless->SetId(characterId);
-            return std::unique_ptr<SwfTag>(picture.lossless.release());
-    }
-}
-
-std::string ExternalJpegTargetName(int counter) {
-    char name[32];
-    std::snprintf(name, sizeof name, "jpegtarget_%d", counter);
-    return name;
 }
 
 }  // namespace quillet

@@ -10,7 +10,6 @@
 #include "media/Exif.h"
 #include "media/ImageImporter.h"
 #include "media/Progress.h"
-#include "media/SlidePicture.h"
 #include "model/Slide.h"
 #include "model/SlideShow.h"
 #include "movie/MovieScripts.h"
@@ -75,7 +74,7 @@ void WriteTail(SwfWriter& writer, const SlideShow& show) {
 }
 
 SlideStepInput StepInput(const SlideShow& show, const Slide& slide, const SlideImage& image, int index,
-                         PreparedPicture* picture, const std::string& movieFolder) {
+                         BitmapCharacter* picture, const std::string& movieFolder) {
     SlideStepInput in;
     in.slide = &slide;
     in.image = &image;
@@ -109,7 +108,7 @@ std::string CheckLimits(const SlideShow& show, const std::vector<SlideImage>& im
     for (int i = 1; i <= show.count(); ++i) {
         const Slide& slide = *show.slideAt(i - 1);
         const SlideImage& image = images[static_cast<size_t>(i - 1)];
-        PreparedPicture stand;
+        BitmapCharacter stand;
         stand.ok = true;
         stand.type = image.imageType;
         stand.width = static_cast<uint32_t>(std::max(image.width, 0));
@@ -220,7 +219,7 @@ ExportResult MovieExporter::ExportMovie(const std::string& path, ProgressSink* p
             progress->setMainText(text);
             progress->setSecondaryText("Writing slide...");
         }
-        PreparedPicture picture = pictures.Next();
+        BitmapCharacter picture = pictures.Next();
         if (picture.cancelled || Cancelled(progress)) {
             result.cancelled = true;
             break;

@@ -1,21 +1,20 @@
 #include "movie/PicturePipeline.h"
 
 #include <algorithm>
-#include <cstring>
 #include <sstream>
 
 #include "io/DiskCache.h"
 #include "media/ImageFilter.h"
 #include "media/ImageImporter.h"
 #include "media/Progress.h"
-#include "swf/tags/LosslessTags.h"
+#include "media/SlidePicture.h"
 #include "xml/XmlWriter.h"
 
 namespace quillet {
 
 struct PicturePipeline::Slot {
     bool ready = false;
-    PreparedPicture picture;
+    BitmapCharacter picture;
     size_t held = 0;  // bytes charged to the budget until the writer takes it
 };
 
@@ -24,12 +23,6 @@ namespace {
 // Bumped whenever preparation changes the bytes it stores, so old cache
 // entries are not taken for new ones.
 constexpr int64_t kPictureFormatVersion = 1;
-
-size_t HeldBytes(const PreparedPicture& p) {
-    size_t n = p.jpeg.size() + p.alphaZlib.size() + sizeof(PreparedPicture);
-    if (p.lossless) n += p.lossless->zlibData.size();
-    return n;
-}
 
 bool Cancelled(const ProgressSink* progress) { return progress && progress->cancelled(); }
 
@@ -41,48 +34,6 @@ public:
 
 private:
     const ProgressSink* outer_;
-};
-
-class ByteWriter {
-public:
-    void U8(uint8_t v) { bytes.push_back(v); }
-    void U32(uint32_t v) {
-        for (int i = 0; i < 4; ++i) bytes.push_back(static_cast<uint8_t>(v >> (8 * i)));
-    }
-    void I32(int32_t v) { U32(static_cast<uint32_t>(v)); }
-    void Blob(const std::vector<uint8_t>& b) {
-        U32(static_cast<uint32_t>(b.size()));
-        bytes.insert(bytes.end(), b.begin(), b.end());
-    }
-    std::vector<uint8_t> bytes;
-};
-
-class ByteReader {
-public:
-    explicit ByteReader(const std::vector<uint8_t>& b) : bytes_(b) {}
-    uint8_t U8() { return pos_ < bytes_.size() ? bytes_[pos_++] : (bad_ = true, 0); }
-    uint32_t U32() {
-        uint32_t v = 0;
-        for (int i = 0; i < 4; ++i) v |= static_cast<uint32_t>(U8()) << (8 * i);
-        return v;
-    }
-    int32_t I32() { return static_cast<int32_t>(U32()); }
-    std::vector<uint8_t> Blob() {
-        const uint32_t n = U32();
-        if (bad_ || n > bytes_.size() - pos_) {
-            bad_ = true;
-            return {};
-        }
-        std::vector<uint8_t> b(bytes_.begin() + static_cast<long>(pos_), bytes_.begin() + static_cast<long>(pos_ + n));
-        pos_ += n;
-        return b;
-    }
-    bool Good() const { return !bad_ && pos_ == bytes_.size(); }
-
-private:
-    const std::vector<uint8_t>& bytes_;
-    size_t pos_ = 0;
-    bool bad_ = false;
 };
 
 }  // namespace
@@ -110,63 +61,6 @@ bool PictureCacheKey(const SlideImage& image, const std::vector<std::unique_ptr<
     h.Add(saved.str());
     key = h.Key();
     return true;
-}
-
-std::vector<uint8_t> SerializePicture(const PreparedPicture& p) {
-    ByteWriter w;
-    w.U8(static_cast<uint8_t>(p.type));
-    w.U32(p.width);
-    w.U32(p.height);
-    w.I32(p.naturalWidth);
-    w.I32(p.naturalHeight);
-    w.I32(p.externalScaleX);
-    w.I32(p.externalScaleY);
-    w.I32(p.fillScaleX);
-    w.I32(p.fillScaleY);
-    w.Blob(p.jpeg);
-    w.Blob(p.alphaZlib);
-    w.U8(p.lossless ? (p.lossless->HasAlpha() ? 2 : 1) : 0);
-    if (p.lossless) {
-        w.U8(p.lossless->format);
-        w.U32(p.lossless->width);
-        w.U32(p.lossless->height);
-        w.U32(p.lossless->colorTableSize);
-        w.Blob(p.lossless->zlibData);
-    }
-    return std::move(w.bytes);
-}
-
-bool DeserializePicture(const std::vector<uint8_t>& bytes, PreparedPicture& p) {
-    ByteReader r(bytes);
-    const uint8_t type = r.U8();
-    if (type > 8) return false;
-    p.type = static_cast<ImageType>(type);
-    p.width = r.U32();
-    p.height = r.U32();
-    p.naturalWidth = r.I32();
-    p.naturalHeight = r.I32();
-    p.externalScaleX = r.I32();
-    p.externalScaleY = r.I32();
-    p.fillScaleX = r.I32();
-    p.fillScaleY = r.I32();
-    p.jpeg = r.Blob();
-    p.alphaZlib = r.Blob();
-    const uint8_t lossless = r.U8();
-    if (lossless == 1 || lossless == 2) {
-        std::unique_ptr<SwfLosslessBase> tag;
-        if (lossless == 1) tag = std::make_unique<DefineBitsLosslessTag>();
-        else tag = std::make_unique<DefineBitsLossless2Tag>();
-        tag->format = r.U8();
-        tag->width = static_cast<uint16_t>(r.U32());
-        tag->height = static_cast<uint16_t>(r.U32());
-        tag->colorTableSize = static_cast<uint16_t>(r.U32());
-        tag->zlibData = r.Blob();
-        p.lossless = std::move(tag);
-    } else if (lossless != 0) {
-        return false;
-    }
-    p.ok = r.Good();
-    return p.ok;
 }
 
 PicturePipeline::PicturePipeline(std::vector<PictureJob> jobs, const PipelineOptions& options)
@@ -213,7 +107,7 @@ void PicturePipeline::Release(size_t bytes) {
     changed_.notify_all();
 }
 
-PreparedPicture PicturePipeline::Prepare(size_t index) {
+BitmapCharacter PicturePipeline::Prepare(size_t index) {
     const PictureJob& job = jobs_[index];
     if (!job.image) return {};
     static const std::vector<std::unique_ptr<ImageFilter>> kNoFilters;
@@ -228,8 +122,8 @@ PreparedPicture PicturePipeline::Prepare(size_t index) {
     const bool keyed = cacheable && PictureCacheKey(image, filters, key);
     if (keyed) {
         std::vector<uint8_t> bytes;
-        PreparedPicture cached;
-        if (options_.cache->Get(key, bytes) && DeserializePicture(bytes, cached)) {
+        BitmapCharacter cached;
+        if (options_.cache->Get(key, bytes) && DeserializeCharacter(bytes, cached)) {
             std::lock_guard<std::mutex> hold(lock_);
             ++stats_.fromCache;
             return cached;
@@ -238,7 +132,7 @@ PreparedPicture PicturePipeline::Prepare(size_t index) {
 
     ImageImporter importer;
     if (!importer.Open(image.src)) {
-        PreparedPicture out;
+        BitmapCharacter out;
         out.type = image.imageType;
         out.error = image.src + ": " + importer.error();
         return out;
@@ -248,13 +142,14 @@ PreparedPicture PicturePipeline::Prepare(size_t index) {
     CancelOnly cancel(options_.progress);
     PrepareOptions prep;
     prep.progress = &cancel;
-    PreparedPicture picture = PrepareSlideImage(importer, image, filters, prep);
+    // Pixels become the character's data on this worker too.
+    BitmapCharacter picture = EncodeBitmapCharacter(PrepareSlideImage(importer, image, filters, prep));
     Release(estimate);
     {
         std::lock_guard<std::mutex> hold(lock_);
         ++stats_.prepared;
     }
-    if (keyed && picture.ok && !picture.cancelled) options_.cache->Put(key, SerializePicture(picture));
+    if (keyed && picture.ok && !picture.cancelled) options_.cache->Put(key, SerializeCharacter(picture));
     return picture;
 }
 
@@ -270,9 +165,9 @@ void PicturePipeline::Work() {
             if (stopping_ || nextJob_ >= jobs_.size()) return;
             index = nextJob_++;
         }
-        PreparedPicture picture;
+        BitmapCharacter picture;
         if (!Cancelled(options_.progress)) picture = Prepare(index);
-        const size_t held = HeldBytes(picture);
+        const size_t held = picture.ByteSize();
         {
             std::lock_guard<std::mutex> hold(lock_);
             Slot& slot = *slots_[index];
@@ -286,12 +181,12 @@ void PicturePipeline::Work() {
     }
 }
 
-PreparedPicture PicturePipeline::Next() {
+BitmapCharacter PicturePipeline::Next() {
     std::unique_lock<std::mutex> hold(lock_);
     if (nextTaken_ >= slots_.size()) return {};
     Slot& slot = *slots_[nextTaken_];
     changed_.wait(hold, [&] { return slot.ready; });
-    PreparedPicture picture = std::move(slot.picture);
+    BitmapCharacter picture = std::move(slot.picture);
     inFlight_ -= std::min(slot.held, inFlight_);
     ++nextTaken_;
     hold.unlock();

@@ -15,10 +15,12 @@
 #include <thread>
 #include <vector>
 
-#include "media/SlidePicture.h"
+#include "media/SlideImage.h"
+#include "movie/BitmapCharacter.h"
 
 namespace quillet {
 
+struct CacheKey;
 class DiskCache;
 class ImageFilter;
 class ProgressSink;
@@ -49,15 +51,15 @@ public:
     PicturePipeline(const PicturePipeline&) = delete;
     PicturePipeline& operator=(const PicturePipeline&) = delete;
 
-    // The next picture in slide order, waiting for it. An empty result for
-    // a slide without a picture.
-    PreparedPicture Next();
+    // The next slide's bitmap in slide order, waiting for it. An empty
+    // result for a slide without a picture.
+    BitmapCharacter Next();
     PipelineStats Stats() const;
 
 private:
     struct Slot;
     void Work();
-    PreparedPicture Prepare(size_t index);
+    BitmapCharacter Prepare(size_t index);
     bool Reserve(size_t index, size_t bytes);  // false when stopping
     void Release(size_t bytes);
 
@@ -78,9 +80,6 @@ private:
 // contents and every setting that changes the stored bytes. False when the
 // file cannot be read.
 bool PictureCacheKey(const SlideImage& image, const std::vector<std::unique_ptr<ImageFilter>>& filters,
-                     struct CacheKey& key);
-// A prepared picture as cache bytes and back (false on anything malformed).
-std::vector<uint8_t> SerializePicture(const PreparedPicture& picture);
-bool DeserializePicture(const std::vector<uint8_t>& bytes, PreparedPicture& picture);
+                     CacheKey& key);
 
 }  // namespace quillet

@@ -5,7 +5,7 @@
 
 #include "effects/CameraEffect.h"
 #include "effects/Transition.h"
-#include "media/SlidePicture.h"
+#include "movie/BitmapCharacter.h"
 #include "model/Slide.h"
 #include "swf/ShowScripts.h"
 #include "swf/SwfActions.h"
@@ -69,7 +69,11 @@ uint16_t SlideStep::DefineBackgroundShape(const SlideStepInput& in) {
 
 uint16_t SlideStep::DefinePicture(const SlideStepInput& in, SlideOnStage& stage) {
     const SlideImage& image = in.image ? *in.image : in.slide->image;
-    PreparedPicture& picture = *in.picture;
+    BitmapCharacter& picture = *in.picture;
+    // The geometry of the picture as it was measured for this export.
+    SlideImage measured = image;
+    measured.sourceWidth = picture.naturalWidth;
+    measured.sourceHeight = picture.naturalHeight;
     const int32_t w = PixelsToTwips(picture.width);
     const int32_t h = PixelsToTwips(picture.height);
     stage.width = w;
@@ -88,7 +92,7 @@ uint16_t SlideStep::DefinePicture(const SlideStepInput& in, SlideOnStage& stage)
         uint16_t outerId = ctx_.NewCharacterId();
         auto outer = std::make_unique<DefineSpriteTag>(outerId);
         auto place = PlaceObject2Tag::Place(
-            1, innerId, SwfMatrix::Scale(picture.externalScaleX, picture.externalScaleY));
+            1, innerId, SwfMatrix::Scale(ExternalJpegScale(measured, true), ExternalJpegScale(measured, false)));
         place->name = target;
         outer->Add(std::move(place));
         SwfActionList load;
@@ -105,7 +109,7 @@ uint16_t SlideStep::DefinePicture(const SlideStepInput& in, SlideOnStage& stage)
     uint16_t bitmapId = ctx_.NewCharacterId();
     writer_.AddTag(MakeBitmapTag(picture, bitmapId));
     uint16_t shapeId = ctx_.NewCharacterId();
-    SwfMatrix fill = SwfMatrix::Scale(picture.fillScaleX, picture.fillScaleY);
+    SwfMatrix fill = SwfMatrix::Scale(BitmapFillScale(measured, true), BitmapFillScale(measured, false));
     writer_.AddTag(DefineShapeTag::Rectangle(shapeId, SwfRect(0, w, 0, h), SwfFillStyle::MakeBitmap(bitmapId, fill)));
     return shapeId;
 }

@@ -14,13 +14,13 @@ namespace quillet {
 
 class Slide;
 class SwfWriter;
-struct PreparedPicture;
+struct BitmapCharacter;
 
 struct SlideStepInput {
     const Slide* slide = nullptr;
     const SlideImage* image = nullptr;   // the picture settings exported (the slide's own when null)
     int index = 0;                       // 1-based
-    PreparedPicture* picture = nullptr;  // prepared ahead; null for a blank slide
+    BitmapCharacter* picture = nullptr;  // prepared ahead; null for a blank slide
     uint32_t backgroundColor = 0;        // 0x00RRGGBB, what a blank slide shows
     int stageWidth = 0, stageHeight = 0; // pixels
     std::string movieFolder;             // where the movie goes: pictures loaded at play time are found from there

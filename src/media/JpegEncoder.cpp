@@ -1,17 +1,16 @@
-#include "media/JpegBitmap.h"
+#include "media/JpegEncoder.h"
 
-#include <atomic>
 #include <csetjmp>
 #include <cstdio>
 #include <cstring>
+#include <memory>
+#include <new>
 
 #include <jpeglib.h>
 
 namespace quillet {
 
 namespace {
-
-std::atomic<int> gLastQuality{80};
 
 struct ErrorManager {
     jpeg_error_mgr pub;
@@ -111,38 +110,6 @@ bool compress(const uint8_t* pixels, uint32_t width, uint32_t height, uint32_t c
 int clampQuality(int q) { return q < 0 ? 0 : (q > 100 ? 100 : q); }
 
 }  // namespace
-
-int LastJpegQuality() { return gLastQuality.load(); }
-
-void JpegBitmap::SetQuality(int quality) {
-    quality_ = static_cast<uint32_t>(clampQuality(quality));
-    gLastQuality.store(static_cast<int>(quality_));
-}
-
-void JpegBitmap::Free() {
-    Bitmap::Free();
-    jpegSize_ = 0;
-}
-
-bool JpegBitmap::Compress(uint32_t width, uint32_t height, uint16_t bitsPerPixel, const uint8_t* rgbData) {
-    Destination dest;
-    const bool ok = compress(rgbData, width, height, bitsPerPixel >> 3, static_cast<int>(quality_), dest);
-    Free();
-    if (!ok) return false;
-    Create(width, height, bitsPerPixel, std::move(dest.buffer));
-    SetBuffer(ReleaseBuffer(), dest.capacity);
-    jpegSize_ = static_cast<uint32_t>(dest.written);
-    return true;
-}
-
-bool JpegBitmap::CompressSelf() {
-    if (empty()) return false;
-    Destination dest;
-    if (!compress(pixels(), width(), height(), channels(), static_cast<int>(quality_), dest)) return false;
-    SetBuffer(std::move(dest.buffer), dest.capacity);
-    jpegSize_ = static_cast<uint32_t>(dest.written);
-    return true;
-}
 
 std::vector<uint8_t> EncodeJpeg(const uint8_t* pixels, uint32_t width, uint32_t height, uint32_t channels,
                                 int quality) {
