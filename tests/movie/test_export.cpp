@@ -4,6 +4,7 @@
 
 #include <filesystem>
 #include <set>
+#include <thread>
 
 #include "effects/CameraEffect.h"
 #include "effects/Transition.h"
@@ -347,4 +348,14 @@ TEST(Export, PreparedPicturesComeFromTheCacheUntilTheirSettingsChange) {
     ExportResult fifth = MovieExporter(show).ExportMovie(dir.file("f.swf"), nullptr, options);
     EXPECT_EQ(fifth.picturesFromCache, 3);
     EXPECT_EQ(test::readFile(dir.file("e.swf")), test::readFile(dir.file("f.swf")));
+
+    // Two exports filling one empty cache at once both succeed alike.
+    options.cacheFolder = dir.file("shared-cache");
+    ExportResult both[2];
+    std::thread other([&] { both[1] = MovieExporter(show).ExportMovie(dir.file("g2.swf"), nullptr, options); });
+    both[0] = MovieExporter(show).ExportMovie(dir.file("g1.swf"), nullptr, options);
+    other.join();
+    EXPECT_TRUE(both[0].ok && both[1].ok);
+    EXPECT_EQ(test::readFile(dir.file("g1.swf")), test::readFile(dir.file("e.swf")));
+    EXPECT_EQ(test::readFile(dir.file("g2.swf")), test::readFile(dir.file("e.swf")));
 }
