@@ -20,6 +20,9 @@ djpeg -pnm "$out/pic.jpg" > /dev/null  # a JPEG that libjpeg decodes
 QUILLET_TEST_MOVIES_DIR="$out" QUILLET_TEST_JPEG="$out/pic.jpg" \
   "$QUILLET_BUILD_DIR/tests/test_swf" --gtest_filter='TestMovies.*' > "$out/make.log" 2>&1 \
   || { cat "$out/make.log"; exit 1; }
+# The lossless bitmaps are packed by the movie layer.
+QUILLET_TEST_MOVIES_DIR="$out" "$QUILLET_BUILD_DIR/tests/test_movie" --gtest_filter='PackLossless.TestMovie' \
+  >> "$out/make.log" 2>&1 || { cat "$out/make.log"; exit 1; }
 
 movies=(shapes shapes_compressed jpeg lossless sprite script script_compressed text)
 fail=0

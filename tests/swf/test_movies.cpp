@@ -133,34 +133,6 @@ void WriteJpeg(const std::string& path, const std::vector<uint8_t>& jpeg) {
     Finish(*w);
 }
 
-// lossless.swf: 32 x 32 bitmaps at x = 10, 70, 130, 190, 250 (y 20..52):
-// 24-bit, 15-bit and 8-bit (left half orange, right half azure), then with
-// alpha: 32-bit red at 50 % and 8-bit green at 25 %.
-void WriteLossless(const std::string& path) {
-    auto w = Begin(path);
-    std::vector<uint8_t> rgb, rgba32, rgba8;
-    for (int y = 0; y < 32; ++y)
-        for (int x = 0; x < 32; ++x) {
-            if (x < 16) rgb.insert(rgb.end(), {255, 128, 0});
-            else rgb.insert(rgb.end(), {0, 128, 255});
-            rgba32.insert(rgba32.end(), {255, 0, 0, 128});
-            rgba8.insert(rgba8.end(), {0, 255, 0, 64});
-        }
-    w->AddTag(DefineBitsLosslessTag::FromRgb(1, 32, 32, rgb.data(), 24));
-    w->AddTag(DefineBitsLosslessTag::FromRgb(2, 32, 32, rgb.data(), 15));
-    w->AddTag(DefineBitsLosslessTag::FromRgb(3, 32, 32, rgb.data(), 8));
-    w->AddTag(DefineBitsLossless2Tag::FromRgba(4, 32, 32, rgba32.data(), 32));
-    w->AddTag(DefineBitsLossless2Tag::FromRgba(5, 32, 32, rgba8.data(), 8));
-    for (uint16_t i = 0; i < 5; ++i) {
-        const int x = 10 + 60 * i;
-        const SwfMatrix m = SwfMatrix::ScaleF(20.0, 20.0, x * kTw, 20 * kTw);
-        w->AddTag(DefineShape3Tag::Rectangle(10 + i, PixelRect(x, 20, x + 32, 52), SwfFillStyle::MakeBitmap(1 + i, m, true)));
-        w->AddTag(PlaceObject2Tag::Place(1 + i, 10 + i));
-    }
-    w->AddTag(std::make_unique<ShowFrameTag>());
-    Finish(*w);
-}
-
 // sprite.swf: a three-frame clip moving a red square 100 px per frame, placed
 // at (20, 100) on a six-frame main timeline: the square is at x = 20, 120,
 // 220, then 20 again.
@@ -333,8 +305,6 @@ TEST(TestMovies, WriteAndReadBack) {
     WriteJpeg(dir.file("jpeg.swf"), jpeg);
     ExpectReadable(dir.file("jpeg.swf"), 1);
 
-    WriteLossless(dir.file("lossless.swf"));
-    ExpectReadable(dir.file("lossless.swf"), 1);
     WriteSprite(dir.file("sprite.swf"));
     ExpectReadable(dir.file("sprite.swf"), 6);
     WriteScript(dir.file("script.swf"));
@@ -345,7 +315,7 @@ TEST(TestMovies, WriteAndReadBack) {
     ExpectReadable(dir.file("text.swf"), 1);
 
     // What we write reads back and writes again to the same bytes.
-    for (const char* name : {"shapes.swf", "jpeg.swf", "lossless.swf", "sprite.swf", "script.swf", "text.swf"}) {
+    for (const char* name : {"shapes.swf", "jpeg.swf", "sprite.swf", "script.swf", "text.swf"}) {
         SwfReader reader;
         ASSERT_TRUE(reader.ReadFile(dir.file(name))) << reader.Error();
         const SwfHeader& h = reader.Header();

@@ -46,11 +46,6 @@ bool ZlibExpand(const uint8_t* data, size_t size, size_t maxOutput, std::vector<
     return true;
 }
 
-std::unique_ptr<DefineBitsJPEG3Tag> DefineBitsJPEG3Tag::FromJpegAndAlpha(uint16_t id, std::vector<uint8_t> jpegData,
-                                                                         const uint8_t* alpha, size_t alphaSize) {
-    return std::make_unique<DefineBitsJPEG3Tag>(id, std::move(jpegData), ZlibCompress(alpha, alphaSize));
-}
-
 void DefineBitsJPEG3Tag::WriteBody(SwfStream& body) const {
     body.WriteU16(id_);
     body.WriteU32(static_cast<uint32_t>(jpeg.size()));

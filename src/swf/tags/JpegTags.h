@@ -67,9 +67,6 @@ public:
     DefineBitsJPEG3Tag() = default;
     DefineBitsJPEG3Tag(uint16_t id, std::vector<uint8_t> jpegData, std::vector<uint8_t> zlibAlpha)
         : jpeg(std::move(jpegData)), alphaZlib(std::move(zlibAlpha)) { id_ = id; }
-    // Compresses the alpha plane (width x height bytes, row-major) with zlib.
-    static std::unique_ptr<DefineBitsJPEG3Tag> FromJpegAndAlpha(uint16_t id, std::vector<uint8_t> jpegData,
-                                                                const uint8_t* alpha, size_t alphaSize);
     uint16_t Code() const override { return SwfTagCode::DefineBitsJPEG3; }
     bool HasId() const override { return true; }
     void OffsetIds(int16_t delta) override { id_ = Offset(id_, delta); }

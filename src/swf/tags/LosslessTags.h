@@ -3,11 +3,8 @@
 // 15-bit (Lossless only), 5 = 24-bit (Lossless) / 32-bit ARGB (Lossless2).
 // The colour table and the pixels are one zlib stream; rows are padded to a
 // multiple of four bytes. Both always take the long tag header.
-//
-// Builders take pixels as rows top to bottom without padding, R,G,B or
-// R,G,B,A, and do the packing, palette choice and compression:
-//   auto bmp = DefineBitsLosslessTag::FromRgb(id, w, h, rgb.data(), 24);
-//   auto bmpA = DefineBitsLossless2Tag::FromRgba(id, w, h, rgba.data(), 32);
+// The pixels come packed and compressed (the movie's bitmap characters pack
+// them); this layer writes and reads the fields.
 #pragma once
 
 #include <cstdint>
@@ -40,10 +37,6 @@ protected:
     void WriteBody(SwfStream& body) const override;
     void ReadBody(SwfInput& body) override;
     bool ForceLongHeader() const override { return true; }
-    // Packs and compresses pixels. `alpha` may be null (opaque). Colours are
-    // premultiplied by alpha when withAlpha, as the players expect.
-    bool Build(uint32_t w, uint32_t h, const uint8_t* rgb, int channels, const uint8_t* alpha, int bitsPerPixel,
-               bool withAlpha);
 };
 
 class DefineBitsLosslessTag final : public SwfLosslessBase {
@@ -51,11 +44,6 @@ public:
     DefineBitsLosslessTag() = default;
     uint16_t Code() const override { return SwfTagCode::DefineBitsLossless; }
     bool HasAlpha() const override { return false; }
-    // bitsPerPixel 8 (palette chosen here), 15, 24 or 32 (stored as 24);
-    // `channels` 3 (RGB) or 4 (RGBA, alpha ignored). Null for other depths or
-    // sizes beyond 65535.
-    static std::unique_ptr<DefineBitsLosslessTag> FromRgb(uint16_t id, uint32_t width, uint32_t height,
-                                                          const uint8_t* pixels, int bitsPerPixel, int channels = 3);
 };
 
 class DefineBitsLossless2Tag final : public SwfLosslessBase {
@@ -63,13 +51,6 @@ public:
     DefineBitsLossless2Tag() = default;
     uint16_t Code() const override { return SwfTagCode::DefineBitsLossless2; }
     bool HasAlpha() const override { return true; }
-    // R,G,B,A pixels; bitsPerPixel 8 (palette with alpha) or 24/32 (ARGB).
-    static std::unique_ptr<DefineBitsLossless2Tag> FromRgba(uint16_t id, uint32_t width, uint32_t height,
-                                                            const uint8_t* rgba, int bitsPerPixel);
-    // R,G,B pixels plus a separate alpha plane of width x height bytes.
-    static std::unique_ptr<DefineBitsLossless2Tag> FromRgbAndAlpha(uint16_t id, uint32_t width, uint32_t height,
-                                                                   const uint8_t* rgb, const uint8_t* alpha,
-                                                                   int bitsPerPixel);
 };
 
 }  // namespace quillet
