@@ -26,7 +26,7 @@ struct ExportOptions {
     // slide's bitmap fill follows it.
     bool bitmapShift = false;
     int threads = 0;                 // picture workers (0: one per core)
-    size_t memoryBudget = 160u << 20;  // estimated bytes of pictures being prepared or waiting
+    size_t memoryBudget = 190u << 20;  // estimated bytes of pictures being prepared or waiting
     // Prepared pictures are kept here and taken from here; empty: no cache.
     std::string cacheFolder;
     uint64_t cacheMaxBytes = 1ull << 30;
