@@ -97,6 +97,27 @@ bool MagickReader::HeaderSize(uint32_t& width, uint32_t& height) const {
     return true;
 }
 
+bool MagickReader::ChunksFit(std::string& error) const {
+    if (std::strcmp(Format() ? Format() : "", "PNG") != 0) return true;
+    // ImageMagick's PNG reader allocates what a chunk declares before it
+    // reads it: a 300-byte file claiming a 2 GB text chunk costs 2 GB. Only
+    // the image data may run past the end (a cut-off file still shows).
+    size_t at = 8;
+    while (at + 8 <= size_) {
+        const uint32_t length = uint32_t(data_[at]) << 24 | uint32_t(data_[at + 1]) << 16 |
+                                uint32_t(data_[at + 2]) << 8 | data_[at + 3];
+        const bool imageData = std::memcmp(data_ + at + 4, "IDAT", 4) == 0;
+        if (std::memcmp(data_ + at + 4, "IEND", 4) == 0) return true;
+        if (length > 0x7FFFFFFFu || (!imageData && uint64_t(length) + 12 > size_ - at)) {
+            error = "the PNG data are damaged (a chunk of " + std::to_string(length) +
+                    " bytes runs past the end of the file)";
+            return false;
+        }
+        at += size_t(length) + 12;
+    }
+    return true;
+}
+
 static const char* const kNotOurs = "not a picture in a format that can be imported (BMP, GIF, JPEG, PICT, PNG, PSD, TIFF, Targa)";
 
 bool MagickReader::Ping(uint32_t& width, uint32_t& height, std::string& error) {
@@ -107,6 +128,7 @@ bool MagickReader::Ping(uint32_t& width, uint32_t& height, std::string& error) {
             error = kNotOurs;
             return false;
         }
+        if (!ChunksFit(error)) return false;
         Magick::Image image;
         prepare(image, format);
         image.ping(Magick::Blob(data_, size_));
@@ -131,6 +153,7 @@ bool MagickReader::Decode(Bitmap& out, std::string& error) {
             error = kNotOurs;
             return false;
         }
+        if (!ChunksFit(error)) return false;
         Magick::Image image;
         prepare(image, format);
         image.read(Magick::Blob(data_, size_));

@@ -29,6 +29,9 @@ public:
     // The size a PNG, GIF, BMP or PSD header declares, read without
     // ImageMagick (which may refuse a huge one without saying why).
     bool HeaderSize(uint32_t& width, uint32_t& height) const;
+    // False (with `error`) for a PNG whose chunks other than the image data
+    // declare more bytes than the file holds.
+    bool ChunksFit(std::string& error) const;
 
 private:
     const uint8_t* data_;

@@ -3,7 +3,7 @@
 namespace quillet {
 
 void SwfButtonRecord::Write(SwfStream& out, bool button2) const {
-    uint8_t flags = states & 0x0F;
+    uint8_t flags = static_cast<uint8_t>((states & 0x0F) | (reservedBits & 0xC0));
     if (hasBlendMode && button2) flags |= 0x20;
     out.WriteU8(flags);
     out.WriteU16(characterId);
@@ -19,6 +19,7 @@ void SwfButtonRecord::Write(SwfStream& out, bool button2) const {
 
 void SwfButtonRecord::Read(SwfInput& in, uint8_t flags, bool button2) {
     states = flags & 0x0F;
+    reservedBits = flags & 0xC0;
     hasBlendMode = button2 && (flags & 0x20);
     if (flags & 0x10) {
         in.Fail("button record with a filter list (not supported)");

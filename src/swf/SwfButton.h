@@ -13,6 +13,9 @@ namespace quillet {
 struct SwfButtonRecord {
     enum State : uint8_t { Up = 0x01, Over = 0x02, Down = 0x04, HitTest = 0x08 };
     uint8_t states = Up | Over | Down | HitTest;  // in which states the character shows
+    // The two reserved top bits as read: a record whose flags are only these
+    // must not be written as 0, the end of the list.
+    uint8_t reservedBits = 0;
     uint16_t characterId = 0;
     uint16_t depth = 1;
     SwfMatrix matrix;

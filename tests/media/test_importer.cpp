@@ -240,6 +240,10 @@ TEST_F(ImporterTest, OversizedInputsAreRefusedBeforeDecoding) {
     const uLong crc = crc32(0, reinterpret_cast<const Bytef*>(png.data() + 12), 17);
     for (int i = 0; i < 4; ++i) png[29 + i] = static_cast<char>(crc >> (24 - 8 * i));
     test::writeFile(file("huge.png"), png);
+    // A PNG whose text chunk claims 1.8 GB (ImageMagick would allocate it).
+    std::string text = test::readFile(file("pic.png"));
+    text.insert(33, std::string("\x70\x00\x00\x25tEXtComment", 15));
+    test::writeFile(file("text.png"), text);
     // 6 GB named .png (sparse: no disk is spent).
     ASSERT_EQ(test::runCommand("truncate -s 6G " + file("six.png")), 0);
     // Bytes of a format we do not import, named as one we do.
@@ -253,6 +257,7 @@ TEST_F(ImporterTest, OversizedInputsAreRefusedBeforeDecoding) {
         {"huge.jpg", "too large (20000x20000"},
         {"huge.png", "too large (20000x20000"},
         {"six.png", "too large (6442450944 bytes"},
+        {"text.png", "a chunk of 1879048229 bytes runs past the end"},
         {"drawing.png", "not a picture in a format that can be imported"},
         {"page.tif", "not a picture in a format that can be imported"},
     };

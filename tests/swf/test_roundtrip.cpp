@@ -203,7 +203,12 @@ void AddEveryTag(SwfWriter& w) {
     auto button2 = std::make_unique<DefineButton2Tag>(19);
     rec.colorTransform = SwfColorTransformAlpha::Alpha(100);
     rec.states = SwfButtonRecord::HitTest;
-    button2->records = {rec, rec};
+    // A record in no state but with the reserved bits set must not come
+    // back as the end of the list (a fuzzed movie had one).
+    SwfButtonRecord stateless = rec;
+    stateless.states = 0;
+    stateless.reservedBits = 0xC0;
+    button2->records = {rec, stateless};
     SwfButtonCondAction press;
     press.conditions = SwfButtonCondAction::OverUpToOverDown;
     press.actions.Emplace<ActionPlay>();
