@@ -67,7 +67,7 @@ PicturePipeline::PicturePipeline(std::vector<PictureJob> jobs, const PipelineOpt
     : jobs_(std::move(jobs)), options_(options) {
     int threads = options_.threads > 0 ? options_.threads : static_cast<int>(std::thread::hardware_concurrency());
     threads = std::clamp(threads, 1, 64);
-    if (options_.window <= 0) options_.window = 4 * threads;
+    if (options_.window <= 0) options_.window = 16 * threads;
     slots_.resize(jobs_.size());
     for (auto& s : slots_) s = std::make_unique<Slot>();
     threads = std::min<int>(threads, static_cast<int>(jobs_.size()));

@@ -33,7 +33,7 @@ struct PictureJob {
 struct PipelineOptions {
     int threads = 0;                       // 0: one per core
     size_t memoryBudget = 190u << 20;      // estimated bytes of pictures in flight and waiting
-    int window = 0;                        // pictures prepared ahead of the writer (0: threads + 1)
+    int window = 0;                        // pictures prepared ahead of the writer (0: 16 a worker)
     DiskCache* cache = nullptr;            // null: no cache
     const ProgressSink* progress = nullptr;  // polled for cancel
 };
