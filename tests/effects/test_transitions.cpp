@@ -148,37 +148,6 @@ TEST(Transition, CloneKeepsClassAndOptionsAndResetRestoresDefaults) {
 
 }
 
-TEST(TransitionXml, WritesTheElementLineExactly) {
-    EXPECT_EQ(line(Transition()), "<transition name=\"None\" duration=\"2000\" />\n");
-    EXPECT_EQ(line(*registry().Find("Sliding Bars")),
-              "<transition name=\"Sliding Bars\" duration=\"2000\" direction=\"horizontal\" />\n");
-    EXPECT_EQ(line(*registry().Find("Push")), "<transition name=\"Push\" duration=\"2000\" direction=\"right\" />\n");
-    EXPECT_EQ(line(*registry().Find("Color Fade")),
-              "<transition name=\"Color Fade\" duration=\"2000\" fade_color=\"16777215\" />\n");
-    EXPECT_EQ(line(*registry().Find("Checker")),
-              "<transition name=\"Checker\" duration=\"2000\" type=\"appear\" "
-              "direction=\"horizontal_left_to_right_down\" />\n");
-    EXPECT_EQ(line(*registry().Find("Spin Out")),
-              "<transition name=\"Spin Out\" duration=\"2000\" spins=\"1.8\" clockwise=\"true\" />\n");
-    EXPECT_EQ(line(*registry().Find("Slide In From")),
-              "<transition name=\"Slide In From\" duration=\"2000\" final_x=\"0\" final_y=\"0\" final_sx=\"0\" "
-              "final_sy=\"0\" fade_out=\"true\" />\n");
-    EXPECT_EQ(line(*registry().Find("Window")),
-              "<transition name=\"Window\" duration=\"2000\" type=\"square_close\" />\n");
-    EXPECT_EQ(line(*registry().Find("Zoom Out")),
-              "<transition name=\"Zoom Out\" duration=\"2000\" direction=\"none\" />\n");
-
-    auto move = make("Slide Out To");
-    move->SetOptionValue(0, -150);
-    move->SetOptionValue(2, 0.333);
-    move->SetOptionValue(3, 12.0);
-    move->SetOptionValue(4, 0);
-    move->SetDuration(4000000000u);
-    EXPECT_EQ(line(*move),
-              "<transition name=\"Slide Out To\" duration=\"4000000000\" final_x=\"-150\" final_y=\"0\" "
-              "final_sx=\"0.333\" final_sy=\"12\" fade_out=\"false\" />\n");
-}
-
 // Every saved option of every class survives a write and a read, except the
 // two historical mismatches, which come back as the default.
 TEST(TransitionXml, EveryOptionRoundTripsExceptTheKnownMismatches) {

@@ -101,62 +101,6 @@ TEST(ProjectFile, StoredProjectLoadsAndSavesByteForByte) {
     EXPECT_EQ(ProjectText(show, publish), text);
 }
 
-TEST(ProjectFile, LayoutOfTheFile) {
-    SlideShow show;
-    PublishSettings publish;
-    publish.output = "/out";
-    auto s = show.createSlide(SlideType::Blank);
-    s->image.src = "/not/written.jpg";
-    show.append(std::move(s));
-    const std::string text = ProjectText(show, publish);
-
-    EXPECT_EQ(text.rfind("<xml version=\"1.0\">\n<quillet version_major=\"1\" version_minor=\"119\">\n<slide_show "
-                         "width=\"320\" height=\"240\" fps=\"12\" use_compression=\"false\" disable_print=\"false\" "
-                         "show_bounds_left=\"0\" show_bounds_right=\"320\" show_bounds_top=\"0\" "
-                         "show_bounds_bottom=\"240\" bg_color=\"0\" use_bg_image=\"false\" bg_image=\"\"",
-                         0),
-              0u);
-    EXPECT_NE(text.find("control_set=\"\" control_align=\"bottom_center\" mute_control=\"false\""), std::string::npos);
-    EXPECT_NE(text.find("mute_control_set=\"\" mute_control_align=\"bottom_right\">\n<slides>\n"), std::string::npos);
-    // A blank slide writes an empty src; the slide start tag ends in " >".
-    EXPECT_NE(text.find("<slide type=\"blank\" src=\"\" width=\"320\" height=\"240\" x=\"0\" y=\"0\" quality=\"80\" "
-                        "image_type=\"jpeg\" duration=\"2000\" scale_to_fit=\"true\" keep_aspect_ratio=\"true\" "
-                        "auto_align=\"true\" h_align=\"center\" v_align=\"center\" crop=\"false\" crop_left=\"0\" "
-                        "crop_top=\"0\" crop_right=\"0\" crop_bottom=\"0\" flip_vertical=\"false\" "
-                        "flip_horizontal=\"false\" rotate=\"0\" >\n"
-                        "<transition_in>\n<transition name=\"None\" duration=\"2000\" />\n</transition_in>\n"
-                        "<swf_fx name=\"\" />\n<image_filters>\n</image_filters>\n"
-                        "<click_actions enable=\"false\" type=\"get_url\" url=\"http://\" target=\"_self\" "
-                        "jump_to=\"1\" popup=\"false\" pause_after=\"false\" load_url_on_display=\"false\" "
-                        "on_display_load_url=\"http://\" on_display_load_target=\"_blank\" />\n"
-                        "<pan_zoom>\n</pan_zoom>\n<caption_data>\n</caption_data>\n"
-                        "<sound_data include=\"false\" play_until_next_sound=\"false\">\n</sound_data>\n"
-                        "<popup_data width=\"100\" height=\"100\" x=\"0\" y=\"0\" resizable=\"false\" "
-                        "toolbar=\"false\" scrollbar=\"false\" directory=\"false\" status=\"false\" "
-                        "location=\"false\" menubar=\"false\" />\n</slide>\n</slides>\n<swf_data "),
-              std::string::npos);
-    EXPECT_NE(text.find("</swf_data>\n<caption_data>\n</caption_data>\n<sound_data include=\"false\" "
-                        "play_until_next_sound=\"false\">\n</sound_data>\n</slide_show>\n<publish_data "
-                        "output=\"/out\" use_default_base_filename=\"true\" default_base_filename=\"Untitled\" >\n"
-                        "<swf publish=\"true\" filename=\"Untitled.swf\" />\n"
-                        "<flv publish=\"true\" filename=\"Untitled.flv\" />\n"
-                        "<html publish=\"true\" filename=\"Untitled.html\">\n<html_swf swf=\"Untitled.swf\" "),
-              std::string::npos);
-    const std::string end =
-        "<quicktime_mov publish=\"false\" filename=\"Untitled.mov\">\n<quicktime_swf />\n</quicktime_mov>\n"
-        "<screensaver publish=\"false\" filename=\"Untitled.scr\" publish_installer=\"false\" "
-        "installer_filename=\"UntitledSS.exe\">\n<screensaver_swf />\n</screensaver>\n"
-        "</publish_data>\n</quillet>\n\n</xml>\n";
-    ASSERT_GE(text.size(), end.size());
-    EXPECT_EQ(text.substr(text.size() - end.size()), end);
-
-    SlideShow back;
-    PublishSettings backPublish;
-    ASSERT_TRUE(load(text, back, backPublish));
-    EXPECT_EQ(back.slideAt(0)->type, SlideType::Blank);
-    EXPECT_EQ(back.slideAt(0)->image.src, "");
-}
-
 TEST(ProjectFile, OneWayFieldsOfTheFormat) {
     TempDir dir;
     writeTinyBmp(dir.file("a.bmp"));
