@@ -66,9 +66,7 @@ void BuildShow(SlideShow& show, const std::vector<std::string>& photos, int coun
         slide->setTransitionIn(std::move(fade));
         auto move = std::make_unique<PanZoomEffect>();
         move->duration = 3000;
-        move->zoom = 1.2;
-        move->panX = -640;
-        move->panY = -480;
+        move->SetMove(-640, -480, 1.2);
         slide->addCameraEffect(std::move(move));
         show.append(std::move(slide));
     }
@@ -184,7 +182,7 @@ int main(int argc, char** argv) {
     Print("export into an empty cache", InChild([&] { return Export(show, out, cached); }), floor.wall);
     show.slideAt(count / 2)->duration = 4000;
     Print("again, one duration changed", InChild([&] { return Export(show, out, cached); }), floor.wall);
-    show.slideAt(count / 2)->addFilter(ImageFilterRegistry::instance().create("Sepia"));
+    show.slideAt(count / 2)->addFilter(ImageFilterRegistry::instance().Create("Sepia"));
     Print("again, one filter added", InChild([&] { return Export(show, out, cached); }), floor.wall);
 
     std::error_code ec;

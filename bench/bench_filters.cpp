@@ -26,7 +26,7 @@ int main(int argc, char** argv) {
     const auto& registry = ImageFilterRegistry::instance();
     double total = 0;
     for (size_t i = 0; i < registry.count(); ++i) {
-        const ImageFilter* filter = registry.at(i);
+        const ImageFilter* filter = registry.At(static_cast<long long>(i));
         double best = 1e9;
         for (int r = 0; r < runs; ++r) {
             Bitmap b;

@@ -32,11 +32,10 @@ void build(SlideShow& show, const std::string& picture, int slides) {
         t->SetDuration(1000);
         s->setTransitionIn(std::move(t));
         auto move = std::make_unique<PanZoomEffect>();
-        move->zoom = 1.2;
-        move->panX = 200;
+        move->SetMove(200, 0, 1.2);
         s->addCameraEffect(std::move(move));
         s->addCameraEffect(MakeCameraEffect("none"));
-        s->addFilter(ImageFilterRegistry::instance().create("Sepia"));
+        s->addFilter(ImageFilterRegistry::instance().Create("Sepia"));
         Caption c;
         c.text = "Slide " + std::to_string(i + 1) + " & friends";
         s->captions.items.push_back(c);

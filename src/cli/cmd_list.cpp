@@ -14,32 +14,38 @@ namespace {
 
 int runList(const std::vector<std::string>& args);
 
-const Command kList{"list", "list transitions|effects|filters|camera",
-                    "print the names of the transitions, overlay effects, filters or camera moves", runList, 80};
+const Command kList{"list", "list transitions|effects|filters|camera [--options]",
+                    "print the names of the transitions, overlay effects, filters or camera moves; with "
+                    "--options, each one's saved options with their values and defaults",
+                    runList, 80};
 const CommandRegistrar registrar(kList);
 
+// The names of a family in the order the program offers them, each followed
+// by its options when asked.
+template <class Family>
+std::string Describe(const Family& registry, bool withOptions) {
+    std::string out;
+    for (const auto& prototype : registry) {
+        out += prototype->name() + "\n";
+        if (withOptions) out += DescribeOptionTable(prototype->Options());
+    }
+    return out;
+}
+
 int runList(const std::vector<std::string>& args) {
-    ParsedArgs parsed = parseArgs(args, {}, {});
+    ParsedArgs parsed = parseArgs(args, {}, {"--options"});
     if (!parsed.error.empty()) return usageError(kList, parsed.error);
     if (parsed.positional.size() != 1) return usageError(kList, "expected one of transitions, effects, filters, camera");
     const std::string& what = parsed.positional[0];
+    const bool withOptions = parsed.has("--options");
 
-    std::vector<std::string> names;
-    if (what == "transitions") {
-        const TransitionRegistry& r = TransitionRegistry::instance();
-        for (size_t i = 0; i < r.count(); ++i) names.push_back(r.At(static_cast<int>(i))->name());
-    } else if (what == "effects") {
-        const OverlayEffectRegistry& r = OverlayEffectRegistry::instance();
-        for (size_t i = 0; i < r.count(); ++i) names.push_back(r.At(i)->name());
-    } else if (what == "filters") {
-        const ImageFilterRegistry& r = ImageFilterRegistry::instance();
-        for (size_t i = 0; i < r.count(); ++i) names.push_back(r.at(i)->name());
-    } else if (what == "camera") {
-        names = CameraEffectNames();
-    } else {
-        return usageError(kList, "unknown list '" + what + "' (transitions, effects, filters or camera)");
-    }
-    for (const std::string& n : names) std::cout << n << "\n";
+    std::string text;
+    if (what == "transitions") text = Describe(TransitionRegistry::instance(), withOptions);
+    else if (what == "effects") text = Describe(OverlayEffectRegistry::instance(), withOptions);
+    else if (what == "filters") text = Describe(ImageFilterRegistry::instance(), withOptions);
+    else if (what == "camera") text = Describe(CameraEffectRegistry::instance(), withOptions);
+    else return usageError(kList, "unknown list '" + what + "' (transitions, effects, filters or camera)");
+    std::cout << text;
     std::cout.flush();
     return std::cout ? kExitOk : kExitFailure;
 }

@@ -22,7 +22,7 @@ namespace {
 int runNew(const std::vector<std::string>& args);
 
 const Command kNew{"new",
-                   "new IMAGES... -o SHOW.qpj [--stage WxH] [--fps N] [--duration MS] [--transition NAME | "
+                   "new IMAGES... -o SHOW.qpj [--stage WxH] [--fps N] [--duration MS] [--transition NAME[:OPTION=VALUE,...] | "
                    "--random-transitions] [--exif]",
                    "make a show of one slide per picture", runNew, 10};
 CommandRegistrar registrar(kNew);
@@ -90,12 +90,29 @@ int runNew(const std::vector<std::string>& args) {
         if (!parseInt(*d, duration) || duration < 0 || duration > 0x7FFFFFFF)
             return usageError(kNew, "--duration wants milliseconds (a whole number, 0 or more)");
     }
-    const Transition* chosen = nullptr;
+    // "Push" or "Push:direction=left,..." with the keywords of the project file.
+    std::unique_ptr<Transition> chosen;
     const bool random = parsed.has("--random-transitions");
-    if (const std::string* name = parsed.value("--transition")) {
+    if (const std::string* spec = parsed.value("--transition")) {
         if (random) return usageError(kNew, "--transition and --random-transitions exclude each other");
-        chosen = TransitionRegistry::instance().Find(*name);
-        if (!chosen) return usageError(kNew, "no transition called '" + *name + "' (see 'quillet list transitions')");
+        const size_t colon = spec->find(':');
+        const std::string name = spec->substr(0, colon);
+        const Transition* prototype = TransitionRegistry::instance().Find(name);
+        if (!prototype) return usageError(kNew, "no transition called '" + name + "' (see 'quillet list transitions')");
+        chosen = prototype->CreateInstance();
+        std::string rest = colon == std::string::npos ? std::string() : spec->substr(colon + 1);
+        while (colon != std::string::npos) {
+            const size_t comma = rest.find(',');
+            const std::string pair = rest.substr(0, comma);
+            const size_t equals = pair.find('=');
+            if (equals == std::string::npos)
+                return usageError(kNew, "--transition wants NAME or NAME:option=value,... ('" + pair + "' has no '=')");
+            std::string why;
+            if (!chosen->options().SetFromText(pair.substr(0, equals), pair.substr(equals + 1), why))
+                return usageError(kNew, chosen->name() + ": " + why);
+            if (comma == std::string::npos) break;
+            rest = rest.substr(comma + 1);
+        }
     }
     if (random) std::srand(static_cast<unsigned>(std::time(nullptr)));
 
@@ -132,8 +149,8 @@ int runNew(const std::vector<std::string>& args) {
             continue;
         }
         if (duration >= 0) slide->duration = static_cast<uint32_t>(duration);
-        const Transition* t = random ? TransitionRegistry::instance().Random() : chosen;
-        if (t) slide->setTransitionIn(t->CreateInstance());
+        if (random) slide->setTransitionIn(TransitionRegistry::instance().Random()->CreateInstance());
+        else if (chosen) slide->setTransitionIn(chosen->Clone());
         show.append(std::move(slide));
     }
     progress.finish();

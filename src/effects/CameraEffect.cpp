@@ -10,9 +10,29 @@
 
 namespace quillet {
 
-CameraEffect::~CameraEffect() = default;
+namespace {
 
-const char* CameraEffect::XmlName() const { return "none"; }
+constexpr OptionSpec Field(OptionKind kind, const char* attribute, double defaultValue) {
+    OptionSpec spec;
+    spec.kind = kind;
+    spec.attribute = attribute;
+    spec.defaultValue = defaultValue;
+    return spec;
+}
+
+constinit const OptionSpec kPanZoomOptions[] = {
+    Field(OptionKind::Integer, "pan_x", 0),
+    Field(OptionKind::Integer, "pan_y", 0),
+    Field(OptionKind::Real, "zoom", 1.0),
+};
+
+}  // namespace
+
+CameraEffect::CameraEffect() : name_("none") {}
+
+CameraEffect::CameraEffect(std::string name, OptionTable options) : name_(std::move(name)), options_(options) {}
+
+CameraEffect::~CameraEffect() = default;
 
 std::string CameraEffect::Describe() const { return {}; }
 
@@ -20,16 +40,16 @@ std::unique_ptr<CameraEffect> CameraEffect::Clone() const {
     return std::unique_ptr<CameraEffect>(new CameraEffect(*this));
 }
 
-void CameraEffect::ReadXml(const XmlNode& element) { element.readUnsigned("duration", duration); }
-
-void CameraEffect::WriteStart(XmlWriter& writer) const {
-    writer.write("<camera_fx");
-    writer.attributeRaw("name", XmlName());
-    writer.attribute("duration", static_cast<unsigned>(duration));
+void CameraEffect::ReadXml(const XmlNode& element) {
+    element.readUnsigned("duration", duration);
+    options_.Read(element);
 }
 
 void CameraEffect::WriteXml(XmlWriter& writer) const {
-    WriteStart(writer);
+    writer.write("<camera_fx");
+    writer.attributeRaw("name", name_);
+    writer.attribute("duration", static_cast<unsigned>(duration));
+    options_.Write(writer);
     writer.write(" />\n");
 }
 
@@ -47,9 +67,9 @@ void PanZoomEffect::Render(SlideOnStage& slide, MovieContext& ctx) const {
     double sy = slide.matrix.scaleY / 65536.0;
     int32_t tx = slide.matrix.translateX;
     int32_t ty = slide.matrix.translateY;
-    const double dz = n > 0 ? (zoom - sx) / n : 0;
-    const double dx = n > 0 ? static_cast<double>(panX) / n : 0;
-    const double dy = n > 0 ? static_cast<double>(panY) / n : 0;
+    const double dz = n > 0 ? (zoom() - sx) / n : 0;
+    const double dx = n > 0 ? static_cast<double>(panX()) / n : 0;
+    const double dy = n > 0 ? static_cast<double>(panY()) / n : 0;
     // Saturated: a zoom of 1e12 or a pan of 2^31 twips from a hand-made
     // project stops at the largest value the file can hold.
     auto fixed = [](double v) { return ToFixed16(v); };
@@ -67,16 +87,22 @@ void PanZoomEffect::Render(SlideOnStage& slide, MovieContext& ctx) const {
 
 // ---------------------------------------------------------------------------
 
-const char* PanZoomEffect::XmlName() const { return "pan_zoom"; }
+PanZoomEffect::PanZoomEffect() : CameraEffect("pan_zoom", kPanZoomOptions) {}
+
+void PanZoomEffect::SetMove(int32_t x, int32_t y, double scale) {
+    options().SetValue(0, x);
+    options().SetValue(1, y);
+    options().SetValue(2, scale);
+}
 
 std::string PanZoomEffect::Describe() const {
     // Pans in whole pixels (integer division truncates toward zero), zoom in
     // truncated percent: 0.333 shows as 33.
-    const int pixelsX = panX / 20;
-    const int pixelsY = panY / 20;
-    const int percent = static_cast<int>(zoom * 100.0);
-    const bool panned = panX != 0 || panY != 0;
-    const bool zoomed = zoom != 1.0;
+    const int pixelsX = panX() / 20;
+    const int pixelsY = panY() / 20;
+    const int percent = static_cast<int>(zoom() * 100.0);
+    const bool panned = panX() != 0 || panY() != 0;
+    const bool zoomed = zoom() != 1.0;
     char buf[96];
     if (!panned && !zoomed)
         return "None";
@@ -93,27 +119,21 @@ std::unique_ptr<CameraEffect> PanZoomEffect::Clone() const {
     return std::unique_ptr<CameraEffect>(new PanZoomEffect(*this));
 }
 
-void PanZoomEffect::ReadXml(const XmlNode& element) {
-    CameraEffect::ReadXml(element);
-    element.readInt("pan_x", panX);
-    element.readInt("pan_y", panY);
-    element.readDouble("zoom", zoom);
-}
-
-void PanZoomEffect::WriteXml(XmlWriter& writer) const {
-    WriteStart(writer);
-    writer.attribute("pan_x", static_cast<int>(panX));
-    writer.attribute("pan_y", static_cast<int>(panY));
-    writer.attributeReal("zoom", zoom);
-    writer.write(" />\n");
-}
-
 // ---------------------------------------------------------------------------
 
+CameraEffectRegistry::CameraEffectRegistry() {
+    Add(std::make_unique<CameraEffect>());
+    Add(std::make_unique<PanZoomEffect>());
+}
+
+const CameraEffectRegistry& CameraEffectRegistry::instance() {
+    static const CameraEffectRegistry registry;
+    return registry;
+}
+
 std::unique_ptr<CameraEffect> MakeCameraEffect(const std::string& name) {
-    if (name == "none") return std::make_unique<CameraEffect>();
-    if (name == "pan_zoom") return std::make_unique<PanZoomEffect>();
-    return nullptr;
+    const CameraEffect* prototype = CameraEffectRegistry::instance().Find(name);
+    return prototype ? prototype->Clone() : nullptr;
 }
 
 std::unique_ptr<CameraEffect> ReadCameraEffect(const XmlNode& element) {
@@ -124,7 +144,5 @@ std::unique_ptr<CameraEffect> ReadCameraEffect(const XmlNode& element) {
     if (effect) effect->ReadXml(element);
     return effect;
 }
-
-std::vector<std::string> CameraEffectNames() { return {"none", "pan_zoom"}; }
 
 }  // namespace quillet

@@ -8,6 +8,9 @@
 #include <string>
 #include <vector>
 
+#include "options/OptionTable.h"
+#include "options/Registry.h"
+
 namespace quillet {
 
 class XmlNode;
@@ -17,20 +20,23 @@ struct MovieContext;
 
 class CameraEffect {
 public:
-    CameraEffect() = default;
+    CameraEffect();  // the still camera, "none"
     virtual ~CameraEffect();
 
     uint32_t duration = 1000;  // milliseconds
 
-    virtual const char* XmlName() const;  // "none"
+    // The name in the file and in the registry: "none", "pan_zoom".
+    const std::string& name() const { return name_; }
+    const OptionSet& options() const { return options_; }
+    OptionSet& options() { return options_; }
+    OptionTable Options() const { return options_.table(); }
     // The slide list's text; empty for the still camera.
     virtual std::string Describe() const;
     virtual std::unique_ptr<CameraEffect> Clone() const;
-    // Reads the attributes; a missing one keeps the current value.
-    virtual void ReadXml(const XmlNode& element);
+    // Reads the duration and the options; a missing one keeps the current value.
+    void ReadXml(const XmlNode& element);
     // The `<camera_fx name="..." duration="..." ... />` line.
-    virtual void WriteXml(XmlWriter& writer) const;
-
+    void WriteXml(XmlWriter& writer) const;
     // Frames the effect takes at the movie's frame rate, rounded.
     int FrameCount(float fps) const;
     // Writes the effect's frames for the slide. The still camera holds the
@@ -38,33 +44,41 @@ public:
     virtual void Render(SlideOnStage& slide, MovieContext& ctx) const;
 
 protected:
+    CameraEffect(std::string name, OptionTable options);
     CameraEffect(const CameraEffect&) = default;
     CameraEffect& operator=(const CameraEffect&) = default;
-    // Writes `<camera_fx name="X" duration="N"` without the end.
-    void WriteStart(XmlWriter& writer) const;
+
+private:
+    std::string name_;
+    OptionSet options_;
 };
 
 class PanZoomEffect : public CameraEffect {
 public:
-    PanZoomEffect() = default;
-    PanZoomEffect(const PanZoomEffect&) = default;
-    PanZoomEffect& operator=(const PanZoomEffect&) = default;
+    PanZoomEffect();
 
-    double zoom = 1.0;  // target scale of the slide, 1.0 = 100 %
-    int32_t panX = 0;   // offset to move the slide by, twips
-    int32_t panY = 0;
+    int32_t panX() const { return options().Int(0); }    // `pan_x`: offset to move the slide by, twips
+    int32_t panY() const { return options().Int(1); }    // `pan_y`
+    double zoom() const { return options().Value(2); }   // `zoom`: target scale of the slide, 1.0 = 100 %
+    void SetMove(int32_t x, int32_t y, double scale);
 
-    const char* XmlName() const override;  // "pan_zoom"
     // "None", "Zoom (150)", "Pan (10, -1)" or "Pan (10, -1); Zoom (150)";
     // pans in whole pixels truncated toward zero, zoom in truncated percent.
     std::string Describe() const override;
     std::unique_ptr<CameraEffect> Clone() const override;
-    void ReadXml(const XmlNode& element) override;
-    void WriteXml(XmlWriter& writer) const override;
     // Moves and scales the slide linearly from its current matrix: both
     // scales by the same step (from the X scale), translation truncated to
     // whole twips on every frame (so a fractional step falls a little short).
     void Render(SlideOnStage& slide, MovieContext& ctx) const override;
+};
+
+// The camera classes, in menu order; names compare exactly.
+class CameraEffectRegistry : public Registry<CameraEffect> {
+public:
+    static const CameraEffectRegistry& instance();
+
+private:
+    CameraEffectRegistry();
 };
 
 // A camera effect from a `camera_fx` element, chosen by its exact `name`;
@@ -72,6 +86,5 @@ public:
 std::unique_ptr<CameraEffect> ReadCameraEffect(const XmlNode& element);
 // A default effect of the named class; null when unknown.
 std::unique_ptr<CameraEffect> MakeCameraEffect(const std::string& name);
-std::vector<std::string> CameraEffectNames();  // {"none", "pan_zoom"}
 
 }  // namespace quillet

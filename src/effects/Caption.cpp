@@ -2,7 +2,7 @@
 
 #include <cstdlib>
 
-#include "effects/NameCompare.h"
+#include "options/NameCompare.h"
 #include "xml/XmlReader.h"
 #include "xml/XmlWriter.h"
 

@@ -25,28 +25,18 @@ std::unique_ptr<OverlayEffect> OverlayEffect::Clone() const {
 
 OverlayEffectRegistry::OverlayEffectRegistry() {
     // Menu order, not sorted.
-    prototypes_.push_back(std::make_unique<OverlayEffect>());
-    prototypes_.push_back(std::make_unique<BubblesEffect>());
-    prototypes_.push_back(std::make_unique<FireworksEffect>());
-    prototypes_.push_back(std::make_unique<HeartsEffect>());
-    prototypes_.push_back(std::make_unique<OldMovieEffect>());
-    prototypes_.push_back(std::make_unique<SnowEffect>());
-    prototypes_.push_back(std::make_unique<StrobeEffect>());
+    Add(std::make_unique<OverlayEffect>());
+    Add(std::make_unique<BubblesEffect>());
+    Add(std::make_unique<FireworksEffect>());
+    Add(std::make_unique<HeartsEffect>());
+    Add(std::make_unique<OldMovieEffect>());
+    Add(std::make_unique<SnowEffect>());
+    Add(std::make_unique<StrobeEffect>());
 }
 
 const OverlayEffectRegistry& OverlayEffectRegistry::instance() {
     static const OverlayEffectRegistry registry;
     return registry;
-}
-
-const OverlayEffect* OverlayEffectRegistry::At(size_t index) const {
-    return index < prototypes_.size() ? prototypes_[index].get() : nullptr;
-}
-
-const OverlayEffect* OverlayEffectRegistry::Find(const std::string& name) const {
-    for (const auto& prototype : prototypes_)
-        if (prototype->name() == name) return prototype.get();
-    return nullptr;
 }
 
 std::unique_ptr<OverlayEffect> MakeOverlayEffect(const std::string& name) {

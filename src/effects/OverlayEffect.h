@@ -10,6 +10,9 @@
 #include <string>
 #include <vector>
 
+#include "options/OptionTable.h"
+#include "options/Registry.h"
+
 namespace quillet {
 
 class OverlayEffect {
@@ -29,6 +32,8 @@ public:
     // A fresh object of the same class under this object's name (a slide's
     // copy: ids of a movie being written are not carried over).
     std::unique_ptr<OverlayEffect> Clone() const;
+    // Overlay effects have no options of their own.
+    OptionTable Options() const { return {}; }
     // True for "None" and every other effect that draws nothing.
     virtual bool IsNone() const { return true; }
 
@@ -38,16 +43,12 @@ private:
 
 // The prototypes in registry order (not sorted): "None", "Bubbles",
 // "Fireworks", "Hearts", "Old Movie", "Snow", "Strobe".
-class OverlayEffectRegistry {
+class OverlayEffectRegistry : public Registry<OverlayEffect> {
 public:
     static const OverlayEffectRegistry& instance();
-    size_t count() const { return prototypes_.size(); }
-    const OverlayEffect* At(size_t index) const;                 // null when out of range
-    const OverlayEffect* Find(const std::string& name) const;    // exact name
 
 private:
     OverlayEffectRegistry();
-    std::vector<std::unique_ptr<OverlayEffect>> prototypes_;
 };
 
 // A fresh effect of the named class; an unknown name gives "None". The empty

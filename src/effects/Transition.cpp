@@ -1,10 +1,7 @@
 #include "effects/Transition.h"
 
-#include <algorithm>
 #include <cstdio>
-#include <cstdlib>
 
-#include "effects/NameCompare.h"
 #include "effects/SlideRender.h"
 #include "xml/XmlReader.h"
 #include "xml/XmlWriter.h"
@@ -13,8 +10,8 @@ namespace quillet {
 
 Transition::Transition() = default;
 
-Transition::Transition(std::string name, bool placesSlides)
-    : name_(std::move(name)), placesSlides_(placesSlides) {}
+Transition::Transition(std::string name, OptionTable options, bool placesSlides)
+    : name_(std::move(name)), options_(options), placesSlides_(placesSlides) {}
 
 Transition::~Transition() = default;
 
@@ -41,6 +38,7 @@ void Transition::CopyFrom(const Transition& source) {
     placesSlides_ = source.placesSlides_;
     name_ = source.name_;
     duration_ = source.duration_;
+    if (source.options_.table().data() == options_.table().data()) options_ = source.options_;
 }
 
 std::unique_ptr<Transition> Transition::Clone() const {
@@ -49,22 +47,10 @@ std::unique_ptr<Transition> Transition::Clone() const {
     return copy;
 }
 
-void Transition::ResetOptions() {}
-
 std::unique_ptr<Transition> Transition::CreateInstance() const {
     // "None" has no options to carry over: the reader gets a fresh object.
     return std::make_unique<Transition>();
 }
-
-void Transition::ReadOptions(const XmlNode& element) {}
-
-void Transition::WriteOptions(XmlWriter& writer) const {}
-
-std::vector<TransitionOption> Transition::Options() const { return {}; }
-
-double Transition::OptionValue(size_t index) const { return 0; }
-
-bool Transition::SetOptionValue(size_t index, double value) { return false; }
 
 bool Transition::Render(SlideOnStage* incoming, SlideOnStage* outgoing, MovieContext& ctx) const {
     if (!placesSlides_) return true;
@@ -86,31 +72,6 @@ std::string Transition::Label() const {
 }
 
 // ---------------------------------------------------------------------------
-
-const Transition* TransitionRegistry::At(int index) const {
-    if (index < 0 || static_cast<size_t>(index) >= prototypes_.size()) return nullptr;
-    return prototypes_[static_cast<size_t>(index)].get();
-}
-
-const Transition* TransitionRegistry::Find(const std::string& name) const {
-    for (const auto& prototype : prototypes_)
-        if (EqualsNoCase(prototype->name(), name)) return prototype.get();
-    return nullptr;
-}
-
-const Transition* TransitionRegistry::Random() const {
-    if (prototypes_.empty()) return nullptr;
-    const int draw = std::rand() % static_cast<int>(prototypes_.size());
-    return prototypes_[draw < 0 ? 0 : static_cast<size_t>(draw)].get();
-}
-
-void TransitionRegistry::Add(std::unique_ptr<Transition> prototype) {
-    if (!prototype) return;
-    auto it = std::find_if(prototypes_.begin(), prototypes_.end(), [&](const auto& entry) {
-        return CompareNames(entry->name(), prototype->name()) > 0;
-    });
-    prototypes_.insert(it, std::move(prototype));
-}
 
 const TransitionRegistry& TransitionRegistry::instance() {
     static const TransitionRegistry registry = [] {

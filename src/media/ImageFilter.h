@@ -6,24 +6,14 @@
 #include <string>
 #include <vector>
 
+#include "options/OptionTable.h"
+#include "options/Registry.h"
+
 namespace quillet {
 
 class Bitmap;
 class XmlNode;
 class XmlWriter;
-
-// One option of a filter as the desktop panel shows it (label, control, items).
-struct FilterOption {
-    enum class Kind { List, Integer, Real } kind = Kind::Integer;
-    std::string label;               // "Type:", "Threshold:"...
-    int controlId = 1001;            // the value control
-    std::vector<std::string> items;  // for lists, in index order
-    double defaultValue = 0;
-    // Additions beyond the panel's own description:
-    int labelId = 1000;              // the static label's control id
-    std::string attribute;           // XML attribute; empty when the value is not saved
-    double minValue = 0, maxValue = 0;  // accepted range (list: 0..items-1)
-};
 
 class ImageFilter {
 public:
@@ -32,37 +22,36 @@ public:
     virtual std::unique_ptr<ImageFilter> Clone() const = 0;
     // Changes the 24-bit bitmap in place; true on success.
     virtual bool Apply(Bitmap& bitmap) const = 0;
-    // Reads/writes the class's own attributes (those that are saved).
-    virtual void ReadOptions(const XmlNode& element) {}
-    virtual void WriteOptions(XmlWriter& writer) const {}
-    // The panel's description of the options; empty for filters without any.
-    virtual std::vector<FilterOption> Options() const { return {}; }
-    // Get/set an option by index (the order of Options()); for the panel and the command line.
-    virtual double OptionValue(size_t index) const { return 0; }
-    virtual void SetOptionValue(size_t index, double value) {}
-    // The panel's "apply": stores the value (clamped to the option's range)
-    // and returns true when it differs from what was there.
-    bool ChangeOptionValue(size_t index, double value);
+    // The options: their table drives reading, writing, copying, the panel
+    // and the command line.
+    const OptionSet& options() const { return options_; }
+    OptionTable Options() const { return options_.table(); }
+    double OptionValue(size_t index) const { return options_.Value(index); }
+    // The panel's "apply": stores the value (made valid for the option) and
+    // returns true when it differs from what was there.
+    bool SetOptionValue(size_t index, double value) { return options_.SetValue(index, value); }
+    void ReadOptions(const XmlNode& element) { options_.Read(element); }
+    void WriteOptions(XmlWriter& writer) const { options_.Write(writer); }
 
 protected:
-    explicit ImageFilter(std::string name) : name_(std::move(name)) {}
+    explicit ImageFilter(std::string name, OptionTable options = {}) : name_(std::move(name)), options_(options) {}
+    double value(size_t index) const { return options_.Value(index); }
+    int intValue(size_t index) const { return options_.Int(index); }
 
 private:
     std::string name_;
+    OptionSet options_;
 };
 
-class ImageFilterRegistry {
+// One prototype of each filter, in panel order (by display name); names
+// compare exactly.
+class ImageFilterRegistry : public Registry<ImageFilter> {
 public:
-    // The registry filled with one prototype of each of the filters, in panel order.
     static const ImageFilterRegistry& instance();
-    size_t count() const { return prototypes_.size(); }
-    const ImageFilter* at(size_t index) const;
-    const ImageFilter* find(const std::string& name) const;  // exact name
-    std::unique_ptr<ImageFilter> create(const std::string& name) const;  // null when unknown
+    std::unique_ptr<ImageFilter> Create(const std::string& name) const;  // null when unknown
 
 private:
     ImageFilterRegistry();
-    std::vector<std::unique_ptr<ImageFilter>> prototypes_;
 };
 
 // `<filter name="..." attrs... />` on its own line.

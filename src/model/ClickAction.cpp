@@ -1,6 +1,6 @@
 #include "model/ClickAction.h"
 
-#include "effects/NameCompare.h"
+#include "options/NameCompare.h"
 #include "xml/XmlReader.h"
 #include "xml/XmlWriter.h"
 

@@ -18,9 +18,7 @@ std::string line(const CameraEffect& effect) {
 
 PanZoomEffect panZoom(int32_t x, int32_t y, double zoom) {
     PanZoomEffect e;
-    e.panX = x;
-    e.panY = y;
-    e.zoom = zoom;
+    e.SetMove(x, y, zoom);
     return e;
 }
 
@@ -53,9 +51,9 @@ TEST(CameraEffect, WritesAndReadsTheElement) {
     auto* pz = dynamic_cast<PanZoomEffect*>(back.get());
     ASSERT_NE(pz, nullptr);
     EXPECT_EQ(pz->duration, 3000u);
-    EXPECT_EQ(pz->panX, -300);
-    EXPECT_EQ(pz->panY, 120);
-    EXPECT_DOUBLE_EQ(pz->zoom, 0.333333);
+    EXPECT_EQ(pz->panX(), -300);
+    EXPECT_EQ(pz->panY(), 120);
+    EXPECT_DOUBLE_EQ(pz->zoom(), 0.333333);
     EXPECT_EQ(line(*pz), text);
 
     auto clone = pz->Clone();
@@ -65,7 +63,7 @@ TEST(CameraEffect, WritesAndReadsTheElement) {
     ParsedXml still2("<camera_fx name=\"none\" duration=\"250\" pan_x=\"40\" />");
     auto s = ReadCameraEffect(still2.first());
     ASSERT_NE(s, nullptr);
-    EXPECT_STREQ(s->XmlName(), "none");
+    EXPECT_EQ(s->name(), "none");
     EXPECT_EQ(dynamic_cast<PanZoomEffect*>(s.get()), nullptr);
     EXPECT_EQ(s->duration, 250u);
 }
@@ -75,14 +73,14 @@ TEST(CameraEffect, ReaderKeepsMissingValuesAndRejectsUnknownNames) {
     auto e = ReadCameraEffect(partial.first());
     auto& pz = dynamic_cast<PanZoomEffect&>(*e);
     EXPECT_EQ(pz.duration, 1000u);
-    EXPECT_EQ(pz.panX, 0);
-    EXPECT_EQ(pz.panY, -7);
-    EXPECT_EQ(pz.zoom, 0.0);  // unreadable reads as 0
+    EXPECT_EQ(pz.panX(), 0);
+    EXPECT_EQ(pz.panY(), -7);
+    EXPECT_EQ(pz.zoom(), 0.0);  // unreadable reads as 0
 
     EXPECT_EQ(ReadCameraEffect(ParsedXml("<camera_fx name=\"Pan_Zoom\" />").first()), nullptr);
     EXPECT_EQ(ReadCameraEffect(ParsedXml("<camera_fx duration=\"5\" />").first()), nullptr);
     EXPECT_EQ(ReadCameraEffect(XmlNode()), nullptr);
-    for (const auto& name : CameraEffectNames()) EXPECT_STREQ(MakeCameraEffect(name)->XmlName(), name.c_str());
+    for (const auto& prototype : CameraEffectRegistry::instance()) EXPECT_EQ(MakeCameraEffect(prototype->name())->name(), prototype->name());
 
     CameraEffect still;
     EXPECT_EQ(still.FrameCount(12.0f), 12);

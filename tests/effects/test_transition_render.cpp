@@ -166,7 +166,7 @@ TEST(TransitionRender, FadesWriteTheirAlphaRamps) {
 
 TEST(TransitionRender, ColorFadeSwitchesSlidesUnderTheFullColour) {
     auto t = std::make_unique<ColorFadeTransition>();
-    t->fadeColor = 0x4080FF;  // red in the lowest byte
+    t->SetOptionValue(0, 0x4080FF);  // red in the lowest byte
     Rendered r(std::move(t), 1250);  // 15 frames: an odd count loses one
     ASSERT_EQ(r.FrameCount(), 14u);
     auto* shape = dynamic_cast<DefineShapeTag*>(r.frames[0][0]);
@@ -192,7 +192,7 @@ TEST(TransitionRender, ColorFadeSwitchesSlidesUnderTheFullColour) {
 TEST(TransitionRender, WipeOnMovesAMaskOverTheSlideFromEachDirection) {
     for (int dir = 0; dir < 12; ++dir) {
         auto t = std::make_unique<WipeOnTransition>();
-        t->direction = dir;
+        t->SetOptionValue(0, dir);
         Rendered r(std::move(t), 1000);  // 12 frames
         SCOPED_TRACE(dir);
         ASSERT_EQ(r.FrameCount(), 12u);
@@ -219,19 +219,19 @@ TEST(TransitionRender, WipeOnMovesAMaskOverTheSlideFromEachDirection) {
     }
 }
 
-TEST(TransitionRender, SpinInGrowsAboutTheCentreAndEndsUpright) {
+TEST(TransitionRender, SpinsTurnAboutThePlacementPointAndEndUprightOrGone) {
+    // Spin In: the incoming slide grows from nothing about its own position.
     auto angles = [](float spins, bool clockwise) {
         auto t = Make("Spin In");
-        static_cast<SpinTransition&>(*t).spins = spins;
-        static_cast<SpinTransition&>(*t).clockwise = clockwise;
+        t->SetOptionValue(0, spins);
+        t->SetOptionValue(1, clockwise ? 0 : 1);
         Rendered r(std::move(t), 1000, true, {10, 2, SwfMatrix(), 400, 200, 6400, 4800, 2, ""});
         EXPECT_EQ(r.FrameCount(), 12u);
         std::vector<double> result;
         for (size_t f = 0; f < 12; ++f) {
             const SwfMatrix m = *r.Place(f, 2)->matrix;
-            // The centre maps to its resting place, within rounding.
-            EXPECT_NEAR(m.translateX + (m.scaleX * 3200.0 + m.rotateSkew1 * 2400.0) / 65536, 400 + 3200, 1.0);
-            EXPECT_NEAR(m.translateY + (m.rotateSkew0 * 3200.0 + m.scaleY * 2400.0) / 65536, 200 + 2400, 1.0);
+            EXPECT_EQ(m.translateX, 400);
+            EXPECT_EQ(m.translateY, 200);
             EXPECT_NEAR(m.rotateSkew0, -m.rotateSkew1, 1);  // +0.5 then truncation toward zero
             EXPECT_NEAR(std::hypot(m.scaleX, m.rotateSkew0) / 65536, (f + 1) / 12.0, 1e-4);
             result.push_back(std::atan2(m.rotateSkew0, m.scaleX) * 180 / std::numbers::pi);
@@ -242,9 +242,25 @@ TEST(TransitionRender, SpinInGrowsAboutTheCentreAndEndsUpright) {
         return result;
     };
     for (double a : angles(0, true)) EXPECT_EQ(a, 0);
-    for (double a : angles(std::numeric_limits<float>::quiet_NaN(), true)) EXPECT_EQ(a, 0);
     auto cw = angles(0.25f, true), ccw = angles(0.25f, false);
     EXPECT_NEAR(cw[0], -82.5, 0.01);  // a positive angle turns clockwise on screen (y down)
     EXPECT_NEAR(ccw[0], 82.5, 0.01);
     for (size_t f = 1; f < 12; ++f) EXPECT_GT(cw[f], cw[f - 1]);
+
+    // Spin Out: a copy of the outgoing slide, with its zoomed matrix, turns
+    // and shrinks above the incoming one, which is in place from the start.
+    auto out = Make("Spin Out");
+    out->SetOptionValue(0, 0.5);
+    Rendered r(std::move(out), 1000);
+    ASSERT_EQ(r.FrameCount(), 12u);
+    EXPECT_FALSE(r.Place(0, 2, true)->move);
+    EXPECT_TRUE(r.Removes(0, 1));
+    ASSERT_EQ(*r.Place(0, 3, true)->characterId, 5);
+    for (size_t f = 0; f < 12; ++f) {
+        const SwfMatrix m = *r.Place(f, 3)->matrix;
+        EXPECT_EQ(m.translateX, -400);
+        EXPECT_NEAR(std::hypot(m.scaleX, m.rotateSkew0) / 65536, 1.2 * (11 - f) / 12.0, 1e-4);
+        EXPECT_NEAR(std::atan2(m.rotateSkew0, m.scaleX) * 180 / std::numbers::pi, f == 11 ? 0 : 180.0 * (f + 1) / 12, 0.01);
+    }
+    EXPECT_TRUE(r.Removes(12, 3));
 }

@@ -132,18 +132,18 @@ TEST(Transition, CloneKeepsClassAndOptionsAndResetRestoresDefaults) {
     auto bars = make("Sliding Bars");
     auto* b = dynamic_cast<SlidingBarsTransition*>(bars.get());
     ASSERT_NE(b, nullptr);
-    b->direction = 7;
-    b->barCount = 3;
+    b->SetOptionValue(0, 7);
+    b->SetOptionValue(1, 3);
     b->SetDuration(900);
     auto clone = bars->Clone();
     auto* c = dynamic_cast<SlidingBarsTransition*>(clone.get());
     ASSERT_NE(c, nullptr);
-    EXPECT_EQ(c->direction, 7);
-    EXPECT_EQ(c->barCount, 3);
+    EXPECT_EQ(c->direction(), 7);
+    EXPECT_EQ(c->barCount(), 3);
     EXPECT_EQ(c->duration(), 900u);
     c->ResetOptions();
-    EXPECT_EQ(c->direction, 0);
-    EXPECT_EQ(c->barCount, 10);
+    EXPECT_EQ(c->direction(), 0);
+    EXPECT_EQ(c->barCount(), 10);
     EXPECT_EQ(c->duration(), 900u);  // not an option
 
 }
@@ -151,13 +151,13 @@ TEST(Transition, CloneKeepsClassAndOptionsAndResetRestoresDefaults) {
 // Every saved option of every class survives a write and a read, except the
 // two historical mismatches, which come back as the default.
 TEST(TransitionXml, EveryOptionRoundTripsExceptTheKnownMismatches) {
-    using Kind = TransitionOption::Kind;
+    using Kind = OptionKind;
     int checked = 0;
     for (size_t i = 0; i < registry().count(); ++i) {
         const Transition* prototype = registry().At(static_cast<int>(i));
         const auto options = prototype->Options();
         for (size_t k = 0; k < options.size(); ++k) {
-            const TransitionOption& o = options[k];
+            const OptionSpec& o = options[k];
             SCOPED_TRACE(prototype->name() + " / option " + std::to_string(k) + " " + o.label);
             EXPECT_DOUBLE_EQ(prototype->OptionValue(k), o.defaultValue);
             std::vector<double> values;
@@ -180,10 +180,10 @@ TEST(TransitionXml, EveryOptionRoundTripsExceptTheKnownMismatches) {
                 EXPECT_EQ(back->name(), prototype->name());
                 EXPECT_EQ(back->duration(), 750u);
                 double expected = value;
-                if (o.attribute.empty()) expected = o.defaultValue;  // not saved
-                if (prototype->name() == "Checker" && o.attribute == "direction" && value >= 4 && value <= 15)
-                    expected = 0;
-                if (prototype->name() == "Window" && o.attribute == "type" && value == 2) expected = 0;
+                const std::string attribute = o.attribute ? o.attribute : "";
+                if (attribute.empty()) expected = o.defaultValue;  // not saved
+                if (prototype->name() == "Checker" && attribute == "direction" && value >= 4 && value <= 15) expected = 0;
+                if (prototype->name() == "Window" && attribute == "type" && value == 2) expected = 0;
                 EXPECT_DOUBLE_EQ(back->OptionValue(k), expected) << line(*t);
                 ++checked;
             }
@@ -229,19 +229,18 @@ TEST(TransitionXml, ReaderKeywordTablesAndMismatches) {
 
     // Color: a plain unsigned decimal, lowest byte red.
     auto color = reread("<transition name=\"Color Fade\" fade_color=\"255\" />");
-    EXPECT_EQ(dynamic_cast<ColorFadeTransition&>(*color).fadeColor, 0xFFu);
+    EXPECT_EQ(dynamic_cast<ColorFadeTransition&>(*color).fadeColor(), 0xFFu);
 
     // Spin: the single-precision count and the direction flag.
     auto spin = reread("<transition name=\"Spin In\" spins=\"0\" clockwise=\"FALSE\" />");
     auto& s = dynamic_cast<SpinTransition&>(*spin);
-    EXPECT_EQ(s.spins, 0.0f);
-    EXPECT_FALSE(s.clockwise);
+    EXPECT_EQ(s.spins(), 0.0f);
+    EXPECT_FALSE(s.clockwise());
     EXPECT_EQ(s.OptionValue(1), 1);  // the "Counter-Clockwise" box is ticked
-    s.clockwise = true;
-    EXPECT_EQ(s.OptionValue(1), 0);
+    s.SetOptionValue(1, 0);
     EXPECT_FALSE(s.SetOptionValue(1, 0));
     EXPECT_TRUE(s.SetOptionValue(1, 1));
-    EXPECT_FALSE(s.clockwise);
+    EXPECT_FALSE(s.clockwise());
     EXPECT_FALSE(s.SetOptionValue(0, 0.0));
     EXPECT_TRUE(s.SetOptionValue(0, 1e-9));  // compared exactly
 }
@@ -273,6 +272,7 @@ TEST(TransitionOptions, ControlIdsDistinctAndListsClamped) {
         std::set<int> ids;
         size_t controls = 0;
         for (const auto& o : registry().At(static_cast<int>(i))->Options()) {
+            if (o.controlId == 0) continue;  // kept in memory only, no control
             ids.insert(o.controlId);
             ++controls;
             if (o.labelId) {

@@ -28,7 +28,7 @@ std::unique_ptr<ImageFilter> roundTrip(const ImageFilter& f) {
 
 TEST(FilterRegistry, ElementsAsWrittenWithDefaults) {
     const auto& r = ImageFilterRegistry::instance();
-    auto text = [&](const char* name) { return writeFilter(*r.find(name)); };
+    auto text = [&](const char* name) { return writeFilter(*r.Find(name)); };
     EXPECT_EQ(text("Add Noise"), "<filter name=\"Add Noise\" type=\"gaussian\" />\n");
     EXPECT_EQ(text("Black & White"), "<filter name=\"Black &amp; White\" threshold=\"100\" />\n");
     EXPECT_EQ(text("Blur"), "<filter name=\"Blur\" />\n");
@@ -47,26 +47,26 @@ TEST(FilterRegistry, ElementsAsWrittenWithDefaults) {
 
 TEST(FilterRegistry, ReadBackKeepsSavedValuesOnly) {
     const auto& r = ImageFilterRegistry::instance();
-    EXPECT_EQ(r.create("blur"), nullptr);  // exact names only
-    auto noise = r.create("Add Noise");
-    EXPECT_TRUE(noise->ChangeOptionValue(0, 5));
-    EXPECT_FALSE(noise->ChangeOptionValue(0, 5));  // unchanged
+    EXPECT_EQ(r.Create("blur"), nullptr);  // exact names only
+    auto noise = r.Create("Add Noise");
+    EXPECT_TRUE(noise->SetOptionValue(0, 5));
+    EXPECT_FALSE(noise->SetOptionValue(0, 5));  // unchanged
     EXPECT_EQ(roundTrip(*noise)->OptionValue(0), 5);
 
-    auto bc = r.create("Brightness/Contrast");
+    auto bc = r.Create("Brightness/Contrast");
     bc->SetOptionValue(0, -40);
     bc->SetOptionValue(1, 75);
     auto back = roundTrip(*bc);
     EXPECT_EQ(back->OptionValue(0), -40);
     EXPECT_EQ(back->OptionValue(1), 75);
 
-    auto gauss = r.create("Gaussian Blur");
+    auto gauss = r.Create("Gaussian Blur");
     gauss->SetOptionValue(0, 2.5);
     EXPECT_EQ(roundTrip(*gauss)->OptionValue(0), 2.5);
 
     // Median and Motion Blur keep their panel value in memory only.
     for (const char* name : {"Median", "Motion Blur"}) {
-        auto f = r.create(name);
+        auto f = r.Create(name);
         double def = f->OptionValue(0);
         f->SetOptionValue(0, 5);
         EXPECT_EQ(f->OptionValue(0), 5);

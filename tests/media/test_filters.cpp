@@ -14,7 +14,7 @@ namespace quillet {
 namespace {
 
 std::unique_ptr<ImageFilter> make(const char* name, double value = NAN, double second = NAN) {
-    auto f = ImageFilterRegistry::instance().create(name);
+    auto f = ImageFilterRegistry::instance().Create(name);
     EXPECT_TRUE(f) << name;
     if (!std::isnan(value)) f->SetOptionValue(0, value);
     if (!std::isnan(second)) f->SetOptionValue(1, second);
@@ -118,9 +118,9 @@ TEST(PixelFilters, NoiseTypesSpreadAsNamed) {
 TEST(NeighbourhoodFilters, FlatPicturesAndSinglePixels) {
     const auto& r = ImageFilterRegistry::instance();
     for (size_t i = 0; i < r.count(); ++i) {
-        const std::string name = r.at(i)->name();
+        const std::string name = r.At(i)->name();
         SCOPED_TRACE(name);
-        auto f = r.at(i)->Clone();
+        auto f = r.At(i)->Clone();
         // Tiny and odd sizes never crash.
         for (auto [w, h] : {std::pair{1u, 1u}, {2u, 1u}, {1u, 7u}, {3u, 2u}}) {
             Bitmap b = flat(w, h, 90, 120, 150);
@@ -237,10 +237,10 @@ TEST(NeighbourhoodFilters, ContactSheetOfARealPhoto) {
     };
     add("original", original);
     for (size_t i = 0; i < r.count(); ++i) {
-        const std::string name = r.at(i)->name();
+        const std::string name = r.At(i)->name();
         Bitmap b;
         b.CopyFrom(name == "Despeckle" ? speckled : name == "Reduce Noise" ? grainy : original);
-        ASSERT_TRUE(r.at(i)->Apply(b)) << name;
+        ASSERT_TRUE(r.At(i)->Apply(b)) << name;
         add(name, b);
     }
     add("speckled input", speckled);

@@ -98,8 +98,8 @@ struct RecordingProgress : ProgressSink {
 
 TEST_F(SlidePictureTest, FiltersRunInOrderAndStopWhenCancelled) {
     std::vector<std::unique_ptr<ImageFilter>> filters;
-    filters.push_back(ImageFilterRegistry::instance().create("Grayscale"));
-    filters.push_back(ImageFilterRegistry::instance().create("Solarize"));
+    filters.push_back(ImageFilterRegistry::instance().Create("Grayscale"));
+    filters.push_back(ImageFilterRegistry::instance().Create("Solarize"));
     SlideImage s = slide(file("quad.png"));
     RecordingProgress progress;
     PrepareOptions o;

@@ -23,40 +23,24 @@ void writeTinyBmp(const std::string& path) {
 
 namespace {
 
-// Gives every option of a transition a value other than its default.
-void changeOptions(Transition& t) {
-    auto options = t.Options();
+// Gives every option of a transition or filter a value other than its default.
+template <class Effect>
+void changeOptions(Effect& effect) {
+    const OptionTable options = effect.Options();
     for (size_t i = 0; i < options.size(); ++i) {
-        const TransitionOption& o = options[i];
+        const OptionSpec& o = options[i];
         double v = o.defaultValue;
         switch (o.kind) {
-            case TransitionOption::Kind::List:
+            case OptionKind::List:
                 v = o.items.size() > 1 ? static_cast<double>(o.items.size() - 1) : 0;
                 if (v == o.defaultValue) v = 0;
                 break;
-            case TransitionOption::Kind::Integer: v = o.defaultValue + 3; break;
-            case TransitionOption::Kind::Real: v = o.defaultValue + 0.5; break;
-            case TransitionOption::Kind::Bool: v = o.defaultValue != 0 ? 0 : 1; break;
-            case TransitionOption::Kind::Color: v = 0x336699; break;
+            case OptionKind::Integer: v = o.defaultValue + 3; break;
+            case OptionKind::Real: v = o.defaultValue + 0.5; break;
+            case OptionKind::Bool: v = o.defaultValue != 0 ? 0 : 1; break;
+            case OptionKind::Color: v = 0x336699; break;
         }
-        t.SetOptionValue(i, v);
-    }
-}
-
-void changeOptions(ImageFilter& f) {
-    auto options = f.Options();
-    for (size_t i = 0; i < options.size(); ++i) {
-        const FilterOption& o = options[i];
-        double v = o.defaultValue;
-        switch (o.kind) {
-            case FilterOption::Kind::List:
-                v = o.items.size() > 1 ? static_cast<double>(o.items.size() - 1) : 0;
-                if (v == o.defaultValue) v = 0;
-                break;
-            case FilterOption::Kind::Integer: v = o.defaultValue + 3; break;
-            case FilterOption::Kind::Real: v = o.defaultValue + 0.5; break;
-        }
-        f.SetOptionValue(i, v);
+        effect.SetOptionValue(i, v);
     }
 }
 
@@ -151,12 +135,12 @@ void buildFullShow(SlideShow& show, PublishSettings& publish, const std::string&
 
         // Filters: a few per slide, all of them across the show.
         for (size_t k = i; k < filters.count(); k += transitions.count()) {
-            auto f = filters.at(k)->Clone();
+            auto f = filters.At(k)->Clone();
             changeOptions(*f);
             s->addFilter(std::move(f));
         }
         if (i == 0)
-            for (size_t k = transitions.count(); k < filters.count(); ++k) s->addFilter(filters.at(k)->Clone());
+            for (size_t k = transitions.count(); k < filters.count(); ++k) s->addFilter(filters.At(k)->Clone());
 
         ClickAction& c = s->clickAction;
         c.enable = i % 2 == 0;
@@ -173,9 +157,7 @@ void buildFullShow(SlideShow& show, PublishSettings& publish, const std::string&
         if (i % 3 != 2) {
             auto pz = std::make_unique<PanZoomEffect>();
             pz->duration = 2500;
-            pz->zoom = 1.25 + 0.001 * static_cast<double>(i);
-            pz->panX = -30 * static_cast<int>(i);
-            pz->panY = 45;
+            pz->SetMove(-30 * static_cast<int>(i), 45, 1.25 + 0.001 * static_cast<double>(i));
             s->addCameraEffect(std::move(pz));
             auto stillCamera = MakeCameraEffect("none");
             stillCamera->duration = 700;

@@ -139,7 +139,7 @@ TEST(Slide, FiltersAndTheCachedBitmap) {
     SlideShow show;
     auto s = show.createSlide(SlideType::Image);
     EXPECT_FALSE(s->addFilter(nullptr));
-    auto filter = ImageFilterRegistry::instance().create("Solarize");
+    auto filter = ImageFilterRegistry::instance().Create("Solarize");
     ASSERT_TRUE(filter);
     // Without a cached bitmap the filter is only recorded.
     EXPECT_TRUE(s->addFilter(filter->Clone(), true));
@@ -159,7 +159,7 @@ TEST(Slide, FiltersAndTheCachedBitmap) {
     EXPECT_EQ(p[1], 50);   // 50 stays
     EXPECT_EQ(s->imageFilters().size(), 2u);
     // Adding without applying leaves the picture alone.
-    s->addFilter(ImageFilterRegistry::instance().create("Grayscale"), false);
+    s->addFilter(ImageFilterRegistry::instance().Create("Grayscale"), false);
     EXPECT_EQ(s->cachedBitmap()->pixels()[0], 204);
     s->reset();
     EXPECT_EQ(s->cachedBitmap(), nullptr);
@@ -176,9 +176,9 @@ TEST(Slide, CopyFromClonesEverything) {
     a->setOverlayEffect(MakeOverlayEffect("Snow"));
     a->addCameraEffect(still(300));
     auto pz = MakeCameraEffect("pan_zoom");
-    static_cast<PanZoomEffect&>(*pz).zoom = 1.5;
+    static_cast<PanZoomEffect&>(*pz).SetMove(0, 0, 1.5);
     a->addCameraEffect(std::move(pz));
-    a->addFilter(ImageFilterRegistry::instance().create("Sepia"));
+    a->addFilter(ImageFilterRegistry::instance().Create("Sepia"));
     Caption c;
     c.text = "hello";
     a->captions.items.push_back(c);

@@ -98,8 +98,7 @@ TEST(Export, FramesIdsAndLabelsFollowTheShow) {
     auto s1 = ImageSlide(show, MakePicture(dir, "red.png", "#ff0000"), 2500);
     auto move = std::make_unique<PanZoomEffect>();
     move->duration = 1000;
-    move->zoom = 1.5;
-    move->panX = 100;
+    move->SetMove(100, 0, 1.5);
     s1->addCameraEffect(std::move(move));
     // Slide 2: a blank slide of 50 ms (no hold frame) behind a 1 s cross fade.
     auto s2 = show.createSlide(SlideType::Blank);
@@ -276,9 +275,7 @@ TEST(Export, ExtremeNumbersFromAProjectAreHeldToTheFileRange) {
     slide->image.y = -200000000;
     auto move = std::make_unique<PanZoomEffect>();
     move->duration = 500;
-    move->zoom = 1e12;
-    move->panX = 2147483647;
-    move->panY = -2147483647 - 1;
+    move->SetMove(2147483647, -2147483647 - 1, 1e12);
     slide->addCameraEffect(std::move(move));
     show.append(std::move(slide));
     auto huge = ImageSlide(show, MakePicture(dir, "q.png", "#808080"), 500);
@@ -329,7 +326,7 @@ TEST(Export, PreparedPicturesComeFromTheCacheUntilTheirSettingsChange) {
     EXPECT_EQ(test::readFile(dir.file("a.swf")), test::readFile(dir.file("c.swf")));
 
     // A filter on one slide prepares that slide alone.
-    show.slideAt(2)->addFilter(ImageFilterRegistry::instance().create("Grayscale"));
+    show.slideAt(2)->addFilter(ImageFilterRegistry::instance().Create("Grayscale"));
     ExportResult third = MovieExporter(show).ExportMovie(dir.file("d.swf"), nullptr, options);
     EXPECT_EQ(third.picturesPrepared, 1);
     EXPECT_EQ(third.picturesFromCache, 2);

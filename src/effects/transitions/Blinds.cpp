@@ -4,16 +4,6 @@
 
 namespace quillet {
 
-BlindsTransition::BlindsTransition(std::string name) : DirectionTransition(std::move(name), kBlindsDirection) {}
-
-void BlindsTransition::CopyFrom(const Transition& source) {
-    DirectionTransition::CopyFrom(source);
-    if (const auto* s = dynamic_cast<const BlindsTransition*>(&source)) count = s->count;
-}
-
-void BlindsTransition::ResetOptions() {
-    DirectionTransition::ResetOptions();
-    count = kDefaultCount;
-}
+BlindsTransition::BlindsTransition(std::string name) : Transition(std::move(name), kBlindsOptions) {}
 
 }  // namespace quillet

@@ -2,18 +2,14 @@
 // number of slats (not saved).
 #pragma once
 
-#include "effects/transitions/DirectionTransition.h"
+#include "effects/Transition.h"
 
 namespace quillet {
 
-class BlindsTransition : public DirectionTransition {
+class BlindsTransition : public Transition {
 public:
-    static constexpr int32_t kDefaultCount = 20;
-
-    int32_t count = kDefaultCount;  // not saved
-
-    void CopyFrom(const Transition& source) override;
-    void ResetOptions() override;
+    int32_t direction() const { return options().Int(0); }
+    int32_t count() const { return options().Int(1); }  // not saved
 
 protected:
     explicit BlindsTransition(std::string name);

@@ -1,7 +1,7 @@
 // "Blur In": the incoming slide comes into focus over the outgoing one.
 #pragma once
 
-#include "effects/transitions/OptionKit.h"
+#include "effects/Transition.h"
 
 namespace quillet {
 

@@ -1,7 +1,7 @@
 // "Blur Out": the outgoing slide blurs away, uncovering the incoming one.
 #pragma once
 
-#include "effects/transitions/OptionKit.h"
+#include "effects/Transition.h"
 
 namespace quillet {
 

@@ -33,61 +33,17 @@ const char* const kDirectionItems[] = {
     "Spiral Bottom Left CW",  "Spiral Bottom Left CCW", "Spiral Bottom Right CW", "Spiral Bottom Right CCW",
     "Random"};
 
-constinit const KeywordOptionSpec kTypeSpec{"type", kTypeKeywords, kTypeKeywords, "Type:", kTypeItems, 0};
-constinit const KeywordOptionSpec kDirectionSpec{"direction", kDirectionWritten, kDirectionRead, "Direction:",
-                                                 kDirectionItems, 0};
+// Directions 4 to 15 are written in forms that reading does not know, so
+// they come back as 0; files saved that way must keep doing so.
+constinit const OptionSpec kOptions[] = {
+    ListOption(0, "type", "Type:", kTypeItems, kTypeKeywords, 0),
+    ListOption(1, "direction", "Direction:", kDirectionItems, kDirectionWritten, 0, kDirectionRead),
+    HiddenOption(OptionKind::Integer, 1600, 20, 100000),  // cell width, twips
+    HiddenOption(OptionKind::Integer, 1600, 20, 100000),  // cell height
+};
 
 }  // namespace
 
-const KeywordOptionSpec& CheckerTransition::TypeSpec() { return kTypeSpec; }
-const KeywordOptionSpec& CheckerTransition::DirectionSpec() { return kDirectionSpec; }
-
-CheckerTransition::CheckerTransition() : TransitionClass("Checker") {}
-
-void CheckerTransition::CopyFrom(const Transition& source) {
-    Transition::CopyFrom(source);
-    if (const auto* s = dynamic_cast<const CheckerTransition*>(&source)) {
-        type = s->type;
-        direction = s->direction;
-        cellWidth = s->cellWidth;
-        cellHeight = s->cellHeight;
-    }
-}
-
-void CheckerTransition::ResetOptions() {
-    type = kTypeSpec.defaultIndex;
-    direction = kDirectionSpec.defaultIndex;
-    cellWidth = cellHeight = kDefaultCellSize;
-}
-
-void CheckerTransition::ReadOptions(const XmlNode& element) {
-    ReadKeyword(element, kTypeSpec, type);
-    ReadKeyword(element, kDirectionSpec, direction);
-}
-
-void CheckerTransition::WriteOptions(XmlWriter& writer) const {
-    WriteKeyword(writer, kTypeSpec, type);
-    WriteKeyword(writer, kDirectionSpec, direction);
-}
-
-std::vector<TransitionOption> CheckerTransition::Options() const {
-    return {ListOption(kTypeSpec, 0), ListOption(kDirectionSpec, 1)};
-}
-
-double CheckerTransition::OptionValue(size_t index) const {
-    switch (index) {
-        case 0: return type;
-        case 1: return direction;
-        default: return 0;
-    }
-}
-
-bool CheckerTransition::SetOptionValue(size_t index, double value) {
-    switch (index) {
-        case 0: return AssignChanged(type, ClampIndex(value, kTypeSpec.items.size()));
-        case 1: return AssignChanged(direction, ClampIndex(value, kDirectionSpec.items.size()));
-        default: return false;
-    }
-}
+CheckerTransition::CheckerTransition() : TransitionClass("Checker", kOptions) {}
 
 }  // namespace quillet

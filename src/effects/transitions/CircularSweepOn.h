@@ -1,7 +1,7 @@
 // "Circular Sweep On": a mask sweeping round the centre uncovers the incoming slide.
 #pragma once
 
-#include "effects/transitions/OptionKit.h"
+#include "effects/Transition.h"
 
 namespace quillet {
 

@@ -10,7 +10,24 @@
 
 namespace quillet {
 
-ColorFadeTransition::ColorFadeTransition() : TransitionClass("Color Fade") {}
+namespace {
+
+constexpr OptionSpec FadeColor() {
+    OptionSpec spec;
+    spec.kind = OptionKind::Color;
+    spec.attribute = "fade_color";
+    spec.label = "Color:";
+    spec.defaultValue = 0xFFFFFF;  // white
+    spec.labelId = OptionLabelId(0);
+    spec.controlId = OptionControlId(0);
+    return spec;
+}
+
+constinit const OptionSpec kOptions[] = {FadeColor()};
+
+}  // namespace
+
+ColorFadeTransition::ColorFadeTransition() : TransitionClass("Color Fade", kOptions) {}
 
 bool ColorFadeTransition::Render(SlideOnStage* incoming, SlideOnStage* outgoing, MovieContext& ctx) const {
     if (!placesSlides()) return true;
@@ -23,8 +40,8 @@ bool ColorFadeTransition::Render(SlideOnStage* incoming, SlideOnStage* outgoing,
     // placed fully transparent. The colour keeps red in its lowest byte.
     const uint16_t depth = ctx.NewDepth();
     const uint16_t shapeId = ctx.NewCharacterId();
-    const SwfColor color(static_cast<uint8_t>(fadeColor), static_cast<uint8_t>(fadeColor >> 8),
-                         static_cast<uint8_t>(fadeColor >> 16));
+    const uint32_t rgb = fadeColor();
+    const SwfColor color(static_cast<uint8_t>(rgb), static_cast<uint8_t>(rgb >> 8), static_cast<uint8_t>(rgb >> 16));
     ctx.movie.AddTag(DefineShapeTag::Rectangle(shapeId, SwfRect(0, ctx.StageWidth(), 0, ctx.StageHeight()),
                                                SwfFillStyle::MakeSolid(color)));
     ctx.movie.AddTag(PlaceObject2Tag::Place(depth, shapeId, SwfMatrix(), SwfColorTransformAlpha::Alpha(0)));
@@ -47,38 +64,6 @@ bool ColorFadeTransition::Render(SlideOnStage* incoming, SlideOnStage* outgoing,
     }
     ctx.movie.AddTag(std::make_unique<RemoveObject2Tag>(depth));
     return true;
-}
-
-void ColorFadeTransition::CopyFrom(const Transition& source) {
-    Transition::CopyFrom(source);
-    if (const auto* s = dynamic_cast<const ColorFadeTransition*>(&source)) fadeColor = s->fadeColor;
-}
-
-void ColorFadeTransition::ResetOptions() { fadeColor = kDefaultColor; }
-
-void ColorFadeTransition::ReadOptions(const XmlNode& element) { element.readUnsigned("fade_color", fadeColor); }
-
-void ColorFadeTransition::WriteOptions(XmlWriter& writer) const {
-    writer.attribute("fade_color", static_cast<unsigned>(fadeColor));
-}
-
-std::vector<TransitionOption> ColorFadeTransition::Options() const {
-    TransitionOption o;
-    o.kind = TransitionOption::Kind::Color;
-    o.label = "Color:";
-    o.labelId = OptionLabelId(0);
-    o.controlId = OptionControlId(0);
-    o.attribute = "fade_color";
-    o.defaultValue = kDefaultColor;
-    return {o};
-}
-
-double ColorFadeTransition::OptionValue(size_t index) const { return index == 0 ? fadeColor : 0; }
-
-bool ColorFadeTransition::SetOptionValue(size_t index, double value) {
-    if (index != 0) return false;
-    const double clamped = value > 0xFFFFFF ? 0xFFFFFF : (value > 0 ? value : 0);
-    return AssignChanged(fadeColor, static_cast<uint32_t>(clamped));
 }
 
 }  // namespace quillet

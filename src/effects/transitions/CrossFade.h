@@ -1,7 +1,7 @@
 // "Cross Fade": the incoming slide fades in while the outgoing one fades out.
 #pragma once
 
-#include "effects/transitions/OptionKit.h"
+#include "effects/Transition.h"
 
 namespace quillet {
 

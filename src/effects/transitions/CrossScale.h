@@ -1,7 +1,7 @@
 // "Cross Scale": the outgoing slide shrinks away while the incoming one grows in.
 #pragma once
 
-#include "effects/transitions/OptionKit.h"
+#include "effects/Transition.h"
 
 namespace quillet {
 

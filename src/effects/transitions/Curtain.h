@@ -1,7 +1,7 @@
 // "Curtain": the outgoing slide parts like a stage curtain.
 #pragma once
 
-#include "effects/transitions/OptionKit.h"
+#include "effects/Transition.h"
 
 namespace quillet {
 

@@ -1,7 +1,7 @@
 // "Fade In": the incoming slide fades in over the unchanged outgoing one.
 #pragma once
 
-#include "effects/transitions/OptionKit.h"
+#include "effects/Transition.h"
 
 namespace quillet {
 

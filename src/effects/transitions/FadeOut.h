@@ -1,7 +1,7 @@
 // "Fade Out": a copy of the outgoing slide fades out above the incoming one.
 #pragma once
 
-#include "effects/transitions/OptionKit.h"
+#include "effects/Transition.h"
 
 namespace quillet {
 

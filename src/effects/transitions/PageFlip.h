@@ -1,7 +1,7 @@
 // "Page Flip": the outgoing slide turns over like a page.
 #pragma once
 
-#include "effects/transitions/OptionKit.h"
+#include "effects/Transition.h"
 
 namespace quillet {
 

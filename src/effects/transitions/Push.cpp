@@ -10,10 +10,10 @@ const char* const kKeywords[] = {"up", "down", "right", "left",
                                  "to_top_left", "to_top_right", "to_bottom_left", "to_bottom_right"};
 const char* const kItems[] = {"Up", "Down", "Right", "Left", "Bottom Right to Top Left",
                               "Bottom Left to Top Right", "Top Right to Bottom Left", "Top Left to Bottom Right"};
-constinit const KeywordOptionSpec kSpec{"direction", kKeywords, kKeywords, "Direction:", kItems, 2};
+constinit const OptionSpec kOptions[] = {ListOption(0, "direction", "Direction:", kItems, kKeywords, 2)};
 
 }  // namespace
 
-PushTransition::PushTransition() : TransitionClass("Push", kSpec) {}
+PushTransition::PushTransition() : TransitionClass("Push", kOptions) {}
 
 }  // namespace quillet

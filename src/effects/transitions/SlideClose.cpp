@@ -4,6 +4,6 @@
 
 namespace quillet {
 
-SlideCloseTransition::SlideCloseTransition() : TransitionClass("Slide Close", kSlideCloseDirection) {}
+SlideCloseTransition::SlideCloseTransition() : TransitionClass("Slide Close", kSlideCloseOptions) {}
 
 }  // namespace quillet

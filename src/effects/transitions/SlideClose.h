@@ -1,13 +1,14 @@
 // "Slide Close": the two halves (or corners) of the incoming slide slide in and close over the outgoing one.
 #pragma once
 
-#include "effects/transitions/DirectionTransition.h"
+#include "effects/Transition.h"
 
 namespace quillet {
 
-class SlideCloseTransition : public TransitionClass<SlideCloseTransition, DirectionTransition> {
+class SlideCloseTransition : public TransitionClass<SlideCloseTransition> {
 public:
     SlideCloseTransition();
+    int32_t direction() const { return options().Int(0); }
 };
 
 }  // namespace quillet

@@ -2,6 +2,6 @@
 
 namespace quillet {
 
-SlideInFromTransition::SlideInFromTransition() : TransitionClass("Slide In From", "Start") {}
+SlideInFromTransition::SlideInFromTransition() : TransitionClass("Slide In From", true) {}
 
 }  // namespace quillet

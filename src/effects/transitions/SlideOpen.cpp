@@ -4,6 +4,6 @@
 
 namespace quillet {
 
-SlideOpenTransition::SlideOpenTransition() : TransitionClass("Slide Open", kSlideCloseDirection) {}
+SlideOpenTransition::SlideOpenTransition() : TransitionClass("Slide Open", kSlideCloseOptions) {}
 
 }  // namespace quillet

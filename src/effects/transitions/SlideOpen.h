@@ -1,13 +1,14 @@
 // "Slide Open": the outgoing slide splits and slides open, uncovering the incoming one.
 #pragma once
 
-#include "effects/transitions/DirectionTransition.h"
+#include "effects/Transition.h"
 
 namespace quillet {
 
-class SlideOpenTransition : public TransitionClass<SlideOpenTransition, DirectionTransition> {
+class SlideOpenTransition : public TransitionClass<SlideOpenTransition> {
 public:
     SlideOpenTransition();
+    int32_t direction() const { return options().Int(0); }
 };
 
 }  // namespace quillet

@@ -2,6 +2,6 @@
 
 namespace quillet {
 
-SlideOutToTransition::SlideOutToTransition() : TransitionClass("Slide Out To", "End") {}
+SlideOutToTransition::SlideOutToTransition() : TransitionClass("Slide Out To", false) {}
 
 }  // namespace quillet

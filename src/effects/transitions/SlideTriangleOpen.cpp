@@ -11,10 +11,10 @@ const char* const kItems[] = {"Horizontal Right to Left", "Horizontal Left to Ri
                               "Vertical Top to Bottom", "Top Left - Bottom Right Out",
                               "Top Left - Bottom Right Opposite", "Top Right - Bottom Left Out",
                               "Top Right - Bottom Left Opposite", "Corners"};
-constinit const KeywordOptionSpec kSpec{"direction", kKeywords, kKeywords, "Direction", kItems, 0};
+constinit const OptionSpec kOptions[] = {ListOption(0, "direction", "Direction", kItems, kKeywords, 0)};
 
 }  // namespace
 
-SlideTriangleOpenTransition::SlideTriangleOpenTransition() : TransitionClass("Slide Triangle Open", kSpec) {}
+SlideTriangleOpenTransition::SlideTriangleOpenTransition() : TransitionClass("Slide Triangle Open", kOptions) {}
 
 }  // namespace quillet

@@ -2,13 +2,14 @@
 // corner triangles) that slide apart, uncovering the incoming one.
 #pragma once
 
-#include "effects/transitions/DirectionTransition.h"
+#include "effects/Transition.h"
 
 namespace quillet {
 
-class SlideTriangleOpenTransition : public TransitionClass<SlideTriangleOpenTransition, DirectionTransition> {
+class SlideTriangleOpenTransition : public TransitionClass<SlideTriangleOpenTransition> {
 public:
     SlideTriangleOpenTransition();
+    int32_t direction() const { return options().Int(0); }
 };
 
 }  // namespace quillet

@@ -12,20 +12,13 @@ const char* const kItems[] = {"Horizontal", "Horizontal Top to Bottom", "Horizon
                               "Horizontal Middle In", "Horizontal Middle Out", "Vertical",
                               "Vertical Left to Right", "Vertical Right to Left", "Vertical Middle In",
                               "Vertical Middle Out"};
-constinit const KeywordOptionSpec kSpec{"direction", kKeywords, kKeywords, "Direction", kItems, 0};
+constinit const OptionSpec kOptions[] = {
+    ListOption(0, "direction", "Direction", kItems, kKeywords, 0),
+    HiddenOption(OptionKind::Integer, 10, 1, 100),  // the bar count
+};
 
 }  // namespace
 
-SlidingBarsTransition::SlidingBarsTransition() : TransitionClass("Sliding Bars", kSpec) {}
-
-void SlidingBarsTransition::CopyFrom(const Transition& source) {
-    DirectionTransition::CopyFrom(source);
-    if (const auto* s = dynamic_cast<const SlidingBarsTransition*>(&source)) barCount = s->barCount;
-}
-
-void SlidingBarsTransition::ResetOptions() {
-    DirectionTransition::ResetOptions();
-    barCount = kDefaultBarCount;
-}
+SlidingBarsTransition::SlidingBarsTransition() : TransitionClass("Sliding Bars", kOptions) {}
 
 }  // namespace quillet

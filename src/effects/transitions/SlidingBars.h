@@ -1,20 +1,16 @@
 // "Sliding Bars": the incoming slide arrives in bars that slide into place.
 #pragma once
 
-#include "effects/transitions/DirectionTransition.h"
+#include "effects/Transition.h"
 
 namespace quillet {
 
-class SlidingBarsTransition : public TransitionClass<SlidingBarsTransition, DirectionTransition> {
+class SlidingBarsTransition : public TransitionClass<SlidingBarsTransition> {
 public:
-    static constexpr int32_t kDefaultBarCount = 10;
-
     SlidingBarsTransition();
 
-    int32_t barCount = kDefaultBarCount;  // not saved
-
-    void CopyFrom(const Transition& source) override;
-    void ResetOptions() override;
+    int32_t direction() const { return options().Int(0); }
+    int32_t barCount() const { return options().Int(1); }  // not saved
 };
 
 }  // namespace quillet

@@ -1,67 +1,103 @@
 #include "effects/transitions/Spin.h"
 
-#include "xml/XmlReader.h"
-#include "xml/XmlWriter.h"
+#include <algorithm>
+#include <cmath>
+#include <numbers>
+
+#include "effects/SlideRender.h"
+#include "swf/SwfTags.h"
+#include "swf/SwfWriter.h"
 
 namespace quillet {
 
-SpinTransition::SpinTransition(std::string name) : Transition(std::move(name)) {}
+namespace {
 
-void SpinTransition::CopyFrom(const Transition& source) {
-    Transition::CopyFrom(source);
-    if (const auto* s = dynamic_cast<const SpinTransition*>(&source)) {
-        spins = s->spins;
-        clockwise = s->clockwise;
+// "Spins:" with a two-decimal field and the "Counter-Clockwise" box, whose
+// value is saved negated as `clockwise`. The spin controls have fixed ids.
+constexpr OptionSpec SpinCount() {
+    OptionSpec spec;
+    spec.kind = OptionKind::Real;
+    spec.attribute = "spins";
+    spec.label = "Spins:";
+    spec.defaultValue = static_cast<double>(1.8f);
+    spec.labelId = 10020;
+    spec.controlId = 10021;
+    spec.decimals = 2;
+    spec.singlePrecision = true;
+    return spec;
+}
+
+constexpr OptionSpec CounterClockwise() {
+    OptionSpec spec;
+    spec.kind = OptionKind::Bool;
+    spec.attribute = "clockwise";
+    spec.label = "Counter-Clockwise";
+    spec.controlId = 10022;
+    spec.negated = true;
+    return spec;
+}
+
+constinit const OptionSpec kOptions[] = {SpinCount(), CounterClockwise()};
+
+// The slide's matrix turned by `degrees` (positive turns clockwise on the
+// screen, where y grows downwards) and scaled by `size`, about its placement
+// point, which stays at the slide's translation.
+SwfMatrix Turned(const SwfMatrix& rest, double degrees, double size) {
+    const double radians = degrees * std::numbers::pi / 180.0;
+    const double sx = rest.scaleX / 65536.0 * size, sy = rest.scaleY / 65536.0 * size;
+    SwfMatrix m = SwfMatrix::Scale(ToFixed16(std::cos(radians) * sx), ToFixed16(std::cos(radians) * sy),
+                                   rest.translateX, rest.translateY);
+    const int32_t skew0 = ToFixed16(std::sin(radians) * sx);   // x into y
+    const int32_t skew1 = ToFixed16(-std::sin(radians) * sy);  // y into x
+    if (skew0 != 0 || skew1 != 0) {
+        m.SetRotate(skew0, false, true);
+        m.SetRotate(skew1, true, true);
     }
+    return m;
 }
 
-void SpinTransition::ResetOptions() {
-    spins = kDefaultSpins;
-    clockwise = true;
-}
+}  // namespace
 
-void SpinTransition::ReadOptions(const XmlNode& element) {
-    element.readFloat("spins", spins);
-    element.readBool("clockwise", clockwise);
-}
+SpinTransition::SpinTransition(std::string name, bool growsIn) : Transition(std::move(name), kOptions), growsIn_(growsIn) {}
 
-void SpinTransition::WriteOptions(XmlWriter& writer) const {
-    writer.attributeReal("spins", spins);
-    writer.attribute("clockwise", clockwise);
-}
+bool SpinTransition::Render(SlideOnStage* incoming, SlideOnStage* outgoing, MovieContext& ctx) const {
+    if (!placesSlides()) return true;
+    const int n = FrameCount(ctx.fps);
+    double turn = static_cast<double>(spins()) * 360.0;
+    if (!clockwise()) turn = -turn;
 
-std::vector<TransitionOption> SpinTransition::Options() const {
-    TransitionOption count;
-    count.kind = TransitionOption::Kind::Real;
-    count.label = "Spins:";
-    count.labelId = kSpinsLabelId;
-    count.controlId = kSpinsFieldId;
-    count.attribute = "spins";
-    count.defaultValue = kDefaultSpins;
-    count.decimals = 2;
-    TransitionOption direction;
-    direction.kind = TransitionOption::Kind::Bool;
-    direction.label = "Counter-Clockwise";
-    direction.controlId = kCounterClockwiseId;
-    direction.attribute = "clockwise";  // saved negated
-    direction.defaultValue = 0;
-    return {count, direction};
-}
-
-double SpinTransition::OptionValue(size_t index) const {
-    switch (index) {
-        case 0: return spins;
-        case 1: return clockwise ? 0 : 1;
-        default: return 0;
+    // Spin In turns the incoming slide from minus the whole turn to upright
+    // while it grows. Spin Out turns a copy of the outgoing slide, placed
+    // above the incoming one, from upright through the turn while it shrinks.
+    PlaceSlide(incoming, ctx);
+    SlideOnStage* moving = growsIn_ ? incoming : outgoing;
+    uint16_t depth = 0;
+    SwfMatrix rest;
+    if (moving && moving->characterId != 0) {
+        rest = moving->matrix;
+        if (growsIn_) {
+            depth = moving->depth;
+        } else {
+            depth = PlaceSlideCopy(outgoing, ctx);
+            RemoveSlide(outgoing, ctx);
+        }
     }
-}
-
-bool SpinTransition::SetOptionValue(size_t index, double value) {
-    switch (index) {
-        case 0: return AssignChanged(spins, static_cast<float>(value));  // exact comparison
-        case 1: return AssignChanged(clockwise, value == 0);
-        default: return false;
+    const double step = n > 0 ? 1.0 / n : 1.0;
+    double p = 0.0;
+    for (int i = 0; i < n; ++i) {
+        p = std::min(p + step, 1.0);
+        if (depth != 0) {
+            const SwfMatrix m = growsIn_ ? Turned(rest, -turn * (1.0 - p), p) : Turned(rest, turn * p, 1.0 - p);
+            ctx.movie.AddTag(PlaceObject2Tag::Modify(depth, m));
+        }
+        EndFrame(ctx);
     }
+    if (growsIn_) {
+        RemoveSlide(outgoing, ctx);
+    } else if (depth != 0) {
+        ctx.movie.AddTag(std::make_unique<RemoveObject2Tag>(depth));
+    }
+    return true;
 }
 
 }  // namespace quillet

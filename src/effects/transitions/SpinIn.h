@@ -8,8 +8,6 @@ namespace quillet {
 class SpinInTransition : public TransitionClass<SpinInTransition, SpinTransition> {
 public:
     SpinInTransition();
-
-    bool Render(SlideOnStage* incoming, SlideOnStage* outgoing, MovieContext& ctx) const override;
 };
 
 }  // namespace quillet

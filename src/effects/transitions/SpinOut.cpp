@@ -2,6 +2,6 @@
 
 namespace quillet {
 
-SpinOutTransition::SpinOutTransition() : TransitionClass("Spin Out") {}
+SpinOutTransition::SpinOutTransition() : TransitionClass("Spin Out", false) {}
 
 }  // namespace quillet

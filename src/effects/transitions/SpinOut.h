@@ -1,4 +1,4 @@
-// "Spin Out": the outgoing slide shrinks to nothing while turning.
+// "Spin Out": a copy of the outgoing slide shrinks to nothing while turning.
 #pragma once
 
 #include "effects/transitions/Spin.h"

@@ -4,6 +4,6 @@
 
 namespace quillet {
 
-WipeOffTransition::WipeOffTransition() : TransitionClass("Wipe Off", kWipeOffDirection) {}
+WipeOffTransition::WipeOffTransition() : TransitionClass("Wipe Off", kWipeOffOptions) {}
 
 }  // namespace quillet

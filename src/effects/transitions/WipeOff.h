@@ -1,13 +1,14 @@
 // "Wipe Off": the outgoing slide is wiped off the stage, uncovering the incoming one.
 #pragma once
 
-#include "effects/transitions/DirectionTransition.h"
+#include "effects/Transition.h"
 
 namespace quillet {
 
-class WipeOffTransition : public TransitionClass<WipeOffTransition, DirectionTransition> {
+class WipeOffTransition : public TransitionClass<WipeOffTransition> {
 public:
     WipeOffTransition();
+    int32_t direction() const { return options().Int(0); }
 };
 
 }  // namespace quillet

@@ -10,7 +10,7 @@ namespace quillet {
 
 WipeOnTransition::WipeOnTransition() : WipeOnTransition("Wipe On") {}
 
-WipeOnTransition::WipeOnTransition(std::string name) : TransitionClass(std::move(name), kWipeDirection) {}
+WipeOnTransition::WipeOnTransition(std::string name) : TransitionClass(std::move(name), kWipeOnOptions) {}
 
 bool WipeOnTransition::Render(SlideOnStage* incoming, SlideOnStage* outgoing, MovieContext& ctx) const {
     if (!placesSlides()) return true;
@@ -18,7 +18,7 @@ bool WipeOnTransition::Render(SlideOnStage* incoming, SlideOnStage* outgoing, Mo
     // Without frames there is nothing to wipe: the slides simply change.
     if (n <= 0 || !incoming || incoming->characterId == 0) return Transition::Render(incoming, outgoing, ctx);
 
-    const WipeMask mask = MakeWipeMask(direction, ctx.StageWidth(), ctx.StageHeight());
+    const WipeMask mask = MakeWipeMask(direction(), ctx.StageWidth(), ctx.StageHeight());
     const uint16_t shapeId = ctx.NewCharacterId();
     ctx.movie.AddTag(std::make_unique<DefineShapeTag>(shapeId, mask.bounds, mask.shape));
 

@@ -2,13 +2,14 @@
 // from a side, a corner or along a diagonal.
 #pragma once
 
-#include "effects/transitions/DirectionTransition.h"
+#include "effects/Transition.h"
 
 namespace quillet {
 
-class WipeOnTransition : public TransitionClass<WipeOnTransition, DirectionTransition> {
+class WipeOnTransition : public TransitionClass<WipeOnTransition> {
 public:
     WipeOnTransition();
+    int32_t direction() const { return options().Int(0); }
 
     // A stage-sized mask on a fresh depth clips the incoming slide, which
     // moves to the depth right above the mask and stays there.

@@ -4,6 +4,6 @@
 
 namespace quillet {
 
-ZoomInTransition::ZoomInTransition() : TransitionClass("Zoom In", kZoomDirection) {}
+ZoomInTransition::ZoomInTransition() : TransitionClass("Zoom In", kZoomOptions) {}
 
 }  // namespace quillet

@@ -1,13 +1,14 @@
 // "Zoom In": the incoming slide zooms in from a point or an edge.
 #pragma once
 
-#include "effects/transitions/DirectionTransition.h"
+#include "effects/Transition.h"
 
 namespace quillet {
 
-class ZoomInTransition : public TransitionClass<ZoomInTransition, DirectionTransition> {
+class ZoomInTransition : public TransitionClass<ZoomInTransition> {
 public:
     ZoomInTransition();
+    int32_t direction() const { return options().Int(0); }
 };
 
 }  // namespace quillet

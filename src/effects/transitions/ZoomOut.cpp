@@ -4,6 +4,6 @@
 
 namespace quillet {
 
-ZoomOutTransition::ZoomOutTransition() : TransitionClass("Zoom Out", kZoomDirection) {}
+ZoomOutTransition::ZoomOutTransition() : TransitionClass("Zoom Out", kZoomOptions) {}
 
 }  // namespace quillet

@@ -1,13 +1,14 @@
 // "Zoom Out": the outgoing slide zooms out to a point or an edge.
 #pragma once
 
-#include "effects/transitions/DirectionTransition.h"
+#include "effects/Transition.h"
 
 namespace quillet {
 
-class ZoomOutTransition : public TransitionClass<ZoomOutTransition, DirectionTransition> {
+class ZoomOutTransition : public TransitionClass<ZoomOutTransition> {
 public:
     ZoomOutTransition();
+    int32_t direction() const { return options().Int(0); }
 };
 
 }  // namespace quillet

@@ -3,14 +3,13 @@
 #include <cstdlib>
 
 #include "media/filters/FilterBase.h"
-#include "xml/XmlReader.h"
-#include "xml/XmlWriter.h"
 
 namespace quillet::filters {
 
 namespace {
 
 const char* const kTypeKeywords[] = {"uniform", "gaussian", "mult_gaussian", "impulse", "laplacian", "poisson"};
+const char* const kTypeItems[] = {"Uniform", "Gaussian", "Multiplicative Gaussian", "Impulse", "Laplacian", "Poisson"};
 
 // Uniform draws in [0, 1] on the 15-bit scale the noise constants were tuned
 // for. A filter run takes its seed from the process's rand() sequence (so
@@ -28,23 +27,13 @@ inline double drawPositive() {
     return u > 0.0 ? u : 1e-6;
 }
 
-class AddNoise : public Cloneable<AddNoise, ParamFilter> {
-public:
-    AddNoise()
-        : Cloneable("Add Noise",
-                    {{FilterOption::Kind::List, "Type:", "type", 1, 0, 5,
-                      {"Uniform", "Gaussian", "Multiplicative Gaussian", "Impulse", "Laplacian", "Poisson"}}}) {}
+constinit const OptionSpec kOptions[] = {
+    FilterParam(0, OptionKind::List, "Type:", "type", 1, 0, 5, kTypeItems, kTypeKeywords),
+};
 
-    void ReadOptions(const XmlNode& element) override {
-        std::string keyword;
-        if (!element.readString("type", keyword)) return;
-        for (int i = 0; i < 6; ++i)
-            if (keyword == kTypeKeywords[i]) values_[0] = i;
-    }
-    void WriteOptions(XmlWriter& writer) const override {
-        int type = intValue(0);
-        writer.attribute("type", kTypeKeywords[(type >= 0 && type <= 5) ? type : 0]);
-    }
+class AddNoise : public Cloneable<AddNoise, ImageFilter> {
+public:
+    AddNoise() : Cloneable("Add Noise", kOptions) {}
 
     bool Apply(Bitmap& bitmap) const override {
         if (!isFilterable(bitmap)) return false;

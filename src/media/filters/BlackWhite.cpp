@@ -4,9 +4,13 @@
 namespace quillet::filters {
 namespace {
 
-class BlackWhite : public Cloneable<BlackWhite, ParamFilter> {
+constinit const OptionSpec kOptions[] = {
+    FilterParam(0, OptionKind::Integer, "Threshold:", "threshold", 100, 0, 255),
+};
+
+class BlackWhite : public Cloneable<BlackWhite, ImageFilter> {
 public:
-    BlackWhite() : Cloneable("Black & White", {{FilterOption::Kind::Integer, "Threshold:", "threshold", 100, 0, 255}}) {}
+    BlackWhite() : Cloneable("Black & White", kOptions) {}
 
     bool Apply(Bitmap& bitmap) const override {
         if (!isFilterable(bitmap)) return false;

@@ -5,9 +5,9 @@
 namespace quillet::filters {
 namespace {
 
-class Blur : public Cloneable<Blur, ParamFilter> {
+class Blur : public Cloneable<Blur, ImageFilter> {
 public:
-    Blur() : Cloneable("Blur", {}) {}
+    Blur() : Cloneable("Blur") {}
 
     bool Apply(Bitmap& bitmap) const override {
         if (!isFilterable(bitmap)) return false;

@@ -6,11 +6,15 @@
 namespace quillet::filters {
 namespace {
 
-class BrightnessContrast : public Cloneable<BrightnessContrast, ParamFilter> {
+constinit const OptionSpec kOptions[] = {
+    FilterParam(0, OptionKind::Integer, "Brightness:", "brightness", 0, -100, 100),
+    FilterParam(1, OptionKind::Integer, "Contrast:", "contrast", 0, -100, 100),
+};
+
+class BrightnessContrast : public Cloneable<BrightnessContrast, ImageFilter> {
 public:
     BrightnessContrast()
-        : Cloneable("Brightness/Contrast", {{FilterOption::Kind::Integer, "Brightness:", "brightness", 0, -100, 100},
-                                            {FilterOption::Kind::Integer, "Contrast:", "contrast", 0, -100, 100}}) {}
+        : Cloneable("Brightness/Contrast", kOptions) {}
 
     bool Apply(Bitmap& bitmap) const override {
         if (!isFilterable(bitmap)) return false;

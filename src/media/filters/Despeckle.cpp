@@ -11,9 +11,9 @@
 namespace quillet::filters {
 namespace {
 
-class Despeckle : public Cloneable<Despeckle, ParamFilter> {
+class Despeckle : public Cloneable<Despeckle, ImageFilter> {
 public:
-    Despeckle() : Cloneable("Despeckle", {}) {}
+    Despeckle() : Cloneable("Despeckle") {}
 
     bool Apply(Bitmap& bitmap) const override {
         if (!isFilterable(bitmap)) return false;

@@ -9,9 +9,13 @@
 namespace quillet::filters {
 namespace {
 
-class Edge : public Cloneable<Edge, ParamFilter> {
+constinit const OptionSpec kOptions[] = {
+    FilterParam(0, OptionKind::Real, "Threshold:", "radius", 1.0, 0, 32),
+};
+
+class Edge : public Cloneable<Edge, ImageFilter> {
 public:
-    Edge() : Cloneable("Edge", {{FilterOption::Kind::Real, "Threshold:", "radius", 1.0, 0, 32}}) {}
+    Edge() : Cloneable("Edge", kOptions) {}
 
     bool Apply(Bitmap& bitmap) const override {
         if (!isFilterable(bitmap)) return false;

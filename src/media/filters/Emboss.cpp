@@ -6,9 +6,9 @@
 namespace quillet::filters {
 namespace {
 
-class Emboss : public Cloneable<Emboss, ParamFilter> {
+class Emboss : public Cloneable<Emboss, ImageFilter> {
 public:
-    Emboss() : Cloneable("Emboss", {}) {}
+    Emboss() : Cloneable("Emboss") {}
 
     bool Apply(Bitmap& bitmap) const override {
         if (!isFilterable(bitmap)) return false;

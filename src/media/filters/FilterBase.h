@@ -1,5 +1,4 @@
-// Shared machinery of the filter classes: a base that keeps numeric options
-// described by a table (label, attribute, default, range), the clone helper,
+// Shared machinery of the filter classes: the option row, the clone helper,
 // and the factory of every class for the registry.
 #pragma once
 
@@ -12,35 +11,24 @@
 
 namespace quillet::filters {
 
-struct ParamSpec {
-    ParamSpec(FilterOption::Kind k, const char* l, const char* a, double def, double lo, double hi,
-              std::vector<std::string> list = {})
-        : kind(k), label(l), attribute(a), defaultValue(def), minValue(lo), maxValue(hi), items(std::move(list)) {}
-    FilterOption::Kind kind = FilterOption::Kind::Integer;
-    const char* label = "";
-    const char* attribute = nullptr;  // null: the value is kept in memory only
-    double defaultValue = 0;
-    double minValue = 0, maxValue = 0;
-    std::vector<std::string> items;   // list items
-};
-
-// A filter whose options are all numbers (or list indices) described by params.
-class ParamFilter : public ImageFilter {
-public:
-    void ReadOptions(const XmlNode& element) override;
-    void WriteOptions(XmlWriter& writer) const override;
-    std::vector<FilterOption> Options() const override;
-    double OptionValue(size_t index) const override;
-    void SetOptionValue(size_t index, double value) override;
-
-protected:
-    ParamFilter(std::string name, std::vector<ParamSpec> params);
-    double value(size_t index) const { return values_[index]; }
-    int intValue(size_t index) const { return static_cast<int>(values_[index]); }
-
-    std::vector<ParamSpec> params_;
-    std::vector<double> values_;
-};
+// A filter's option row. Filters number their controls from 1000: the label
+// 1000 + 2 * slot, the value 1001 + 2 * slot.
+constexpr OptionSpec FilterParam(int slot, OptionKind kind, const char* label, const char* attribute,
+                                 double defaultValue, double minValue, double maxValue, NameList items = {},
+                                 NameList keywords = {}) {
+    OptionSpec spec;
+    spec.kind = kind;
+    spec.attribute = attribute;
+    spec.label = label;
+    spec.defaultValue = defaultValue;
+    spec.minValue = minValue;
+    spec.maxValue = maxValue;
+    spec.items = items;
+    spec.written = keywords;
+    spec.labelId = 1000 + 2 * slot;
+    spec.controlId = 1001 + 2 * slot;
+    return spec;
+}
 
 // Clone through the copy constructor of the concrete class.
 template <class Derived, class Base>

@@ -9,9 +9,13 @@
 namespace quillet::filters {
 namespace {
 
-class GaussianBlur : public Cloneable<GaussianBlur, ParamFilter> {
+constinit const OptionSpec kOptions[] = {
+    FilterParam(0, OptionKind::Real, "Threshold:", "radius", 5.0, 0, 32),
+};
+
+class GaussianBlur : public Cloneable<GaussianBlur, ImageFilter> {
 public:
-    GaussianBlur() : Cloneable("Gaussian Blur", {{FilterOption::Kind::Real, "Threshold:", "radius", 5.0, 0, 32}}) {}
+    GaussianBlur() : Cloneable("Gaussian Blur", kOptions) {}
 
     double sigma() const { return sigma_; }
     void setSigma(double s) { sigma_ = s > 0.0 ? s : sigma_; }

@@ -4,9 +4,9 @@
 namespace quillet::filters {
 namespace {
 
-class Grayscale : public Cloneable<Grayscale, ParamFilter> {
+class Grayscale : public Cloneable<Grayscale, ImageFilter> {
 public:
-    Grayscale() : Cloneable("Grayscale", {}) {}
+    Grayscale() : Cloneable("Grayscale") {}
 
     bool Apply(Bitmap& bitmap) const override {
         if (!isFilterable(bitmap)) return false;

@@ -10,9 +10,13 @@
 namespace quillet::filters {
 namespace {
 
-class Implode : public Cloneable<Implode, ParamFilter> {
+constinit const OptionSpec kOptions[] = {
+    FilterParam(0, OptionKind::Integer, "Amount:", "amount", 20, -100, 100),
+};
+
+class Implode : public Cloneable<Implode, ImageFilter> {
 public:
-    Implode() : Cloneable("Implode", {{FilterOption::Kind::Integer, "Amount:", "amount", 20, -100, 100}}) {}
+    Implode() : Cloneable("Implode", kOptions) {}
 
     bool Apply(Bitmap& bitmap) const override {
         if (!isFilterable(bitmap)) return false;

@@ -11,9 +11,13 @@
 namespace quillet::filters {
 namespace {
 
-class Median : public Cloneable<Median, ParamFilter> {
+constinit const OptionSpec kOptions[] = {
+    FilterParam(0, OptionKind::Integer, "Threshold:", nullptr, 20, 0, 200),
+};
+
+class Median : public Cloneable<Median, ImageFilter> {
 public:
-    Median() : Cloneable("Median", {{FilterOption::Kind::Integer, "Threshold:", nullptr, 20, 0, 200}}) {}
+    Median() : Cloneable("Median", kOptions) {}
 
     bool Apply(Bitmap& bitmap) const override {
         if (!isFilterable(bitmap)) return false;

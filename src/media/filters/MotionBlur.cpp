@@ -10,9 +10,13 @@
 namespace quillet::filters {
 namespace {
 
-class MotionBlur : public Cloneable<MotionBlur, ParamFilter> {
+constinit const OptionSpec kOptions[] = {
+    FilterParam(0, OptionKind::Integer, "Threshold:", nullptr, 10, 0, 100),
+};
+
+class MotionBlur : public Cloneable<MotionBlur, ImageFilter> {
 public:
-    MotionBlur() : Cloneable("Motion Blur", {{FilterOption::Kind::Integer, "Threshold:", nullptr, 10, 0, 100}}) {}
+    MotionBlur() : Cloneable("Motion Blur", kOptions) {}
 
     bool Apply(Bitmap& bitmap) const override {
         if (!isFilterable(bitmap)) return false;

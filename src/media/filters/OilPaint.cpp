@@ -13,9 +13,13 @@ namespace {
 
 constexpr int kLevels = 32;
 
-class OilPaint : public Cloneable<OilPaint, ParamFilter> {
+constinit const OptionSpec kOptions[] = {
+    FilterParam(0, OptionKind::Integer, "Threshold:", "threshold", 50, 0, 100),
+};
+
+class OilPaint : public Cloneable<OilPaint, ImageFilter> {
 public:
-    OilPaint() : Cloneable("Oil Paint", {{FilterOption::Kind::Integer, "Threshold:", "threshold", 50, 0, 100}}) {}
+    OilPaint() : Cloneable("Oil Paint", kOptions) {}
 
     bool Apply(Bitmap& bitmap) const override {
         if (!isFilterable(bitmap)) return false;

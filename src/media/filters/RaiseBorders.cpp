@@ -6,9 +6,13 @@
 namespace quillet::filters {
 namespace {
 
-class RaiseBorders : public Cloneable<RaiseBorders, ParamFilter> {
+constinit const OptionSpec kOptions[] = {
+    FilterParam(0, OptionKind::Integer, "Width:", "width", 5, 0, 100),
+};
+
+class RaiseBorders : public Cloneable<RaiseBorders, ImageFilter> {
 public:
-    RaiseBorders() : Cloneable("Raise Borders", {{FilterOption::Kind::Integer, "Width:", "width", 5, 0, 100}}) {}
+    RaiseBorders() : Cloneable("Raise Borders", kOptions) {}
 
     bool Apply(Bitmap& bitmap) const override {
         if (!isFilterable(bitmap)) return false;

@@ -9,9 +9,9 @@
 namespace quillet::filters {
 namespace {
 
-class ReduceNoise : public Cloneable<ReduceNoise, ParamFilter> {
+class ReduceNoise : public Cloneable<ReduceNoise, ImageFilter> {
 public:
-    ReduceNoise() : Cloneable("Reduce Noise", {}) {}
+    ReduceNoise() : Cloneable("Reduce Noise") {}
 
     bool Apply(Bitmap& bitmap) const override {
         if (!isFilterable(bitmap)) return false;

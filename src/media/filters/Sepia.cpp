@@ -4,9 +4,9 @@
 namespace quillet::filters {
 namespace {
 
-class Sepia : public Cloneable<Sepia, ParamFilter> {
+class Sepia : public Cloneable<Sepia, ImageFilter> {
 public:
-    Sepia() : Cloneable("Sepia", {}) {}
+    Sepia() : Cloneable("Sepia") {}
 
     bool Apply(Bitmap& bitmap) const override {
         if (!isFilterable(bitmap)) return false;

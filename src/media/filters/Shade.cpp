@@ -12,9 +12,9 @@
 namespace quillet::filters {
 namespace {
 
-class Shade : public Cloneable<Shade, ParamFilter> {
+class Shade : public Cloneable<Shade, ImageFilter> {
 public:
-    Shade() : Cloneable("Shade", {}) {}
+    Shade() : Cloneable("Shade") {}
 
     bool Apply(Bitmap& bitmap) const override {
         if (!isFilterable(bitmap)) return false;

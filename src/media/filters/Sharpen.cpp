@@ -6,9 +6,9 @@
 namespace quillet::filters {
 namespace {
 
-class Sharpen : public Cloneable<Sharpen, ParamFilter> {
+class Sharpen : public Cloneable<Sharpen, ImageFilter> {
 public:
-    Sharpen() : Cloneable("Sharpen", {}) {}
+    Sharpen() : Cloneable("Sharpen") {}
 
     bool Apply(Bitmap& bitmap) const override {
         if (!isFilterable(bitmap)) return false;

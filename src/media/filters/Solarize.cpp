@@ -4,9 +4,9 @@
 namespace quillet::filters {
 namespace {
 
-class Solarize : public Cloneable<Solarize, ParamFilter> {
+class Solarize : public Cloneable<Solarize, ImageFilter> {
 public:
-    Solarize() : Cloneable("Solarize", {}) {}
+    Solarize() : Cloneable("Solarize") {}
 
     bool Apply(Bitmap& bitmap) const override {
         if (!isFilterable(bitmap)) return false;

@@ -8,9 +8,13 @@
 namespace quillet::filters {
 namespace {
 
-class Swirl : public Cloneable<Swirl, ParamFilter> {
+constinit const OptionSpec kOptions[] = {
+    FilterParam(0, OptionKind::Integer, "Angle:", "angle", 180, -360, 360),
+};
+
+class Swirl : public Cloneable<Swirl, ImageFilter> {
 public:
-    Swirl() : Cloneable("Swirl", {{FilterOption::Kind::Integer, "Angle:", "angle", 180, -360, 360}}) {}
+    Swirl() : Cloneable("Swirl", kOptions) {}
 
     bool Apply(Bitmap& bitmap) const override {
         if (!isFilterable(bitmap)) return false;

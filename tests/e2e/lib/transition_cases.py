@@ -1,0 +1,403 @@
+#!/usr/bin/env python3
+"""Plays every transition, with each value of each of its options, in one movie
+and checks the pictures that Ruffle shows.
+
+usage:
+  transition_cases.py plan PHOTO_A PHOTO_B WORK
+      writes WORK/show.qpj and WORK/plan.json; prints the screenshot times
+      (comma-separated milliseconds) for ruffle-shoot.mjs --times
+  transition_cases.py check WORK INFO.json SHOTS.json SHEET.png
+      checks the movie's frame count (INFO.json from `quillet info --json`) and
+      the screenshots (SHOTS.json from ruffle-shoot.mjs), writes a contact sheet;
+      prints every failure and exits 1 if there was any
+
+TRANSITION_CASES="Push,Wipe On" (names, comma-separated) keeps only those
+transitions; the default is all of them. TRANSITION_VERBOSE=1 prints each
+case's distances to both photos.
+
+The show: photo A held for a second, photo B cut in and held for a second (the
+two reference pictures), then for each case A cut in for one frame and B brought
+in by the transition under test, held for three frames. Every case therefore
+goes from the same outgoing picture to the same incoming one, so the pictures of
+two cases can be compared with each other.
+"""
+import json
+import os
+import subprocess
+import sys
+from itertools import combinations
+from operator import sub
+from xml.sax.saxutils import quoteattr
+
+FPS = 12
+WIDTH, HEIGHT = 320, 240
+TRANSITION_MS = 2000
+HOLD_MS = 250        # 3 frames of the incoming slide alone after its transition
+CUT_MS = 100         # 1 frame of the outgoing slide before each transition
+REFERENCE_MS = 1000  # 12 frames of each plain photo at the start
+
+# The transitions and their options. Each entry: name, then the cases as a list
+# of (option group, {attribute: value}) -- a group's cases are compared with
+# each other (different values must give different pictures half way) -- and
+# optionally how its progress shows, when not as "towards": the picture comes
+# closer to the incoming photo from 25 to 50 to 75 %.
+#   "away":   it gets further from the outgoing photo instead
+#   "colour": half way it is the colour of the `fade_color` option
+
+
+def sweep(attribute, *values):
+    """One case per value of one option, the other options left at their defaults."""
+    return [(attribute, {attribute: v}) for v in values]
+
+
+WIPE_DIRECTIONS = ("up", "down", "right", "left", "to_bottom_right", "to_bottom_left", "to_top_right",
+                   "to_top_left", "diag_to_bottom_right", "diag_to_bottom_left", "diag_to_top_right",
+                   "diag_to_top_left")
+ZOOM_DIRECTIONS = ("none", "up", "down", "right", "left", "top_left", "top_right", "bottom_left", "bottom_right")
+BLINDS_DIRECTIONS = ("horizontal_up", "horizontal_down", "vertical_left", "vertical_right")
+SLIDE_DOOR_DIRECTIONS = ("horizontal", "vertical", "horizontal_opposite_left_to_right",
+                         "horizontal_opposite_right_to_left", "vertical_opposite_top_to_bottom",
+                         "vertical_opposite_bottom_to_top", "corners")
+# The end of the move in twips (20 per pixel) and its scale.
+SLIDE_MOVE = [("options", {}),
+              ("options", {"final_x": "3200", "final_y": "0", "final_sx": "1", "final_sy": "1",
+                           "fade_out": "false"})]
+SPIN = [("options", {}), ("options", {"spins": "0.5"}), ("options", {"clockwise": "false"})]
+
+TRANSITIONS = [
+    ("Sliding Bars", sweep("direction", "horizontal", "horizontal_top_to_bottom", "horizontal_bottom_to_top",
+                           "horizontal_middle_in", "horizontal_middle_out", "vertical", "vertical_left_to_right",
+                           "vertical_right_to_left", "vertical_middle_in", "vertical_middle_out")),
+    ("Blinds In", sweep("direction", *BLINDS_DIRECTIONS)),
+    ("Blinds Out", sweep("direction", *BLINDS_DIRECTIONS)),
+    ("Blur In", [(None, {})]),
+    ("Blur Out", [(None, {})]),
+    ("Checker", sweep("type", "appear", "fade_in", "zoom_in", "drop_left", "drop_right", "drop_up", "drop_down",
+                      "drop_random")
+     + sweep("direction", "horizontal_left_to_right_down", "horizontal_left_to_right_up",
+             "horizontal_right_to_left_down", "horizontal_right_to_left_up", "vertical_top_to_bottom_right",
+             "vertical_top_to_bottom_left", "vertical_bottom_to_top_right", "vertical_bottom_to_top_left",
+             "spiral_top_left_cw", "spiral_top_left_ccw", "spiral_top_right_cw", "spiral_top_right_ccw",
+             "spiral_bottom_left_cw", "spiral_bottom_left_ccw", "spiral_bottom_right_cw",
+             "spiral_bottom_right_ccw", "random")),
+    ("Circular Sweep On", [(None, {})]),
+    # Out to the colour in the first half, in from it in the second.
+    ("Color Fade", sweep("fade_color", "16777215", "255"), "colour"),
+    ("Cross Fade", [(None, {})]),
+    ("Cross Scale", [(None, {})]),
+    ("Curtain", [(None, {})]),
+    ("Fade In", [(None, {})]),
+    ("Fade Out", [(None, {})]),
+    ("Page Flip", [(None, {})]),
+    ("Push", sweep("direction", "up", "down", "right", "left", "to_top_left", "to_top_right", "to_bottom_left",
+                   "to_bottom_right")),
+    ("Slide Close", sweep("direction", *SLIDE_DOOR_DIRECTIONS)),
+    ("Slide Open", sweep("direction", *SLIDE_DOOR_DIRECTIONS)),
+    ("Slide In From", SLIDE_MOVE),
+    ("Slide Out To", SLIDE_MOVE),
+    ("Slide Triangle Open", sweep("direction", "horizontal_right_to_left", "horizontal_left_to_right",
+                                  "vertical_bottom_to_top", "vertical_top_to_bottom", "top_left_bottom_right",
+                                  "top_left_bottom_right_opposite", "top_right_bottom_left",
+                                  "top_right_bottom_left_opposite", "corners")),
+    # The incoming photo grows in turned, and a turned photo is no closer to the
+    # upright one than the outgoing photo is; it covers more and more of that.
+    ("Spin In", SPIN, "away"),
+    ("Spin Out", SPIN),
+    # "rectangle_close" is left out: it reads back as square_close.
+    ("Window", sweep("type", "square_close", "square_open", "rectangle_open", "circle_close", "circle_open",
+                     "star_close", "star_open", "star12_close", "star12_open", "diamond_close", "diamond_open")),
+    ("Wipe On", sweep("direction", *WIPE_DIRECTIONS)),
+    ("Wipe On 2", sweep("direction", *WIPE_DIRECTIONS)),
+    ("Wipe Off", sweep("direction", *WIPE_DIRECTIONS)),
+    ("Zoom In", sweep("direction", *ZOOM_DIRECTIONS)),
+    ("Zoom Out", sweep("direction", *ZOOM_DIRECTIONS)),
+]
+
+# Thresholds, as mean absolute differences over all pixels and channels (0..255).
+# Two shots of the same still picture come out identical, and the two photos
+# differ by about 68, so:
+MOVED = 4.0        # a shot "differs" from a plain photo: at least ~6 % of the way between them
+SAME = 1.0         # a shot "equals" a plain photo: rendering and rounding only
+DISTINCT = 2.0     # two option values give different pictures half way
+SLACK = 1.0       # how far the distance to a photo may go the wrong way between 25/50/75 %
+COLOUR_CLOSE = 6.0    # a colour fade half way shows its colour
+ALLOWED_PIXEL_OFF = 0.005  # "equals": at most this share of pixels off by more than 24 in a channel
+
+
+def frames_of_transition(name, duration_ms):
+    if name == "None":
+        return 0
+    n = int(duration_ms * 0.001 * FPS + 0.5)
+    return 2 * (n // 2) if name == "Color Fade" else n
+
+
+def frames_of_hold(duration_ms):
+    return int(duration_ms * 0.001 * FPS)
+
+
+def shot_time(frame):
+    """The middle of 1-based movie frame `frame`, in ms."""
+    return round((frame + 0.5) * 1000 / FPS)
+
+
+def option_text(case):
+    return " ".join(f"{k}={v}" for k, v in case["attrs"].items()) or "defaults"
+
+
+def selected_cases():
+    wanted = os.environ.get("TRANSITION_CASES", "").strip()
+    names = {n.strip().lower() for n in wanted.split(",") if n.strip()} if wanted else None
+    known = {t[0].lower() for t in TRANSITIONS}
+    if names and not names <= known:
+        sys.exit(f"transition_cases: TRANSITION_CASES names unknown transitions: {sorted(names - known)}")
+    cases = []
+    for entry in TRANSITIONS:
+        name, variants = entry[0], entry[1]
+        progress = entry[2] if len(entry) > 2 else "towards"
+        if names and name.lower() not in names:
+            continue
+        for group, attrs in variants:
+            case = {"name": name, "group": group, "attrs": attrs, "progress": progress}
+            case["label"] = name if group is None else f"{name}: {option_text(case)}"
+            cases.append(case)
+    return cases
+
+
+def plan(photo_a, photo_b, work):
+    cases = selected_cases()
+    slides = []  # (photo, hold ms, transition name, transition attributes)
+    slides.append((photo_a, REFERENCE_MS, "None", {}))
+    slides.append((photo_b, REFERENCE_MS, "None", {}))
+    for case in cases:
+        slides.append((photo_a, CUT_MS, "None", {}))
+        slides.append((photo_b, HOLD_MS, case["name"], case["attrs"]))
+
+    # Lay the slides out on the timeline: each runs its transition, then holds.
+    frame = 1
+    starts = []
+    for photo, hold, name, attrs in slides:
+        n = frames_of_transition(name, TRANSITION_MS)
+        starts.append((frame, n, frames_of_hold(hold)))
+        frame += n + frames_of_hold(hold)
+    frame_count = frame  # the movie ends on one more frame
+
+    first, _, hold = starts[0]
+    refs = {"A": first + hold // 2}
+    first, _, hold = starts[1]
+    refs["B"] = first + hold // 2
+    for i, case in enumerate(cases):
+        start, n, hold = starts[3 + 2 * i]
+        assert n >= 4 and hold >= 1, case["label"]
+        case["frames"] = {
+            "cut": start - 1,        # the outgoing photo's only frame
+            "25": start - 1 + n // 4,  # frame k of n (1-based) shows k/n of the transition
+            "50": start - 1 + n // 2,
+            "75": start - 1 + 3 * n // 4,
+            "after": start + n,      # the incoming photo alone
+        }
+
+    xml = ['<xml version="1.0">', '<quillet version_major="1" version_minor="119">',
+           f'<slide_show width="{WIDTH}" height="{HEIGHT}" fps="{FPS}" bg_color="0" use_compression="false">',
+           "<slides>"]
+    for photo, hold, name, attrs in slides:
+        xml.append(f'<slide type="image" src={quoteattr(photo)} duration="{hold}" >')
+        if name != "None":
+            options = "".join(f" {k}={quoteattr(v)}" for k, v in attrs.items())
+            xml += ["<transition_in>",
+                    f'<transition name={quoteattr(name)} duration="{TRANSITION_MS}"{options} />',
+                    "</transition_in>"]
+        xml.append("</slide>")
+    xml += ["</slides>", "</slide_show>", "</quillet>", "", "</xml>", ""]
+    with open(os.path.join(work, "show.qpj"), "w") as f:
+        f.write("\n".join(xml))
+
+    frames = sorted(set(refs.values()) | {f for c in cases for f in c["frames"].values()})
+    with open(os.path.join(work, "plan.json"), "w") as f:
+        json.dump({"frame_count": frame_count, "refs": refs, "cases": cases}, f, indent=1)
+    print(",".join(str(shot_time(f)) for f in frames))
+
+
+def read_pictures(paths):
+    """RGB bytes of each PNG, decoded by ImageMagick (a batch per call)."""
+    size = WIDTH * HEIGHT * 3
+    out = {}
+    paths = sorted(set(paths))
+    for i in range(0, len(paths), 80):
+        batch = paths[i:i + 80]
+        raw = subprocess.run(["convert", *batch, "-depth", "8", "rgb:-"], check=True, capture_output=True).stdout
+        if len(raw) != size * len(batch):
+            sys.exit(f"transition_cases: screenshots are not {WIDTH}x{HEIGHT}: {batch}")
+        for j, p in enumerate(batch):
+            out[p] = raw[j * size:(j + 1) * size]
+    return out
+
+
+def mad(a, b):
+    return sum(map(abs, map(sub, a, b))) / len(a)
+
+
+# Maps a channel difference to 1 when it is more than 24, else to 0.
+OFF_BY_MORE_THAN_24 = bytes(int(v > 24) for v in range(256))
+
+
+def share_off(a, b):
+    """The share of pixels with a channel off by more than 24."""
+    flags = bytes(map(abs, map(sub, a, b))).translate(OFF_BY_MORE_THAN_24)
+    r, g, b_ = (int.from_bytes(flags[i::3], "little") for i in range(3))
+    return bin(r | g | b_).count("1") / (len(flags) // 3)
+
+
+def equals(a, b):
+    return mad(a, b) <= SAME and share_off(a, b) <= ALLOWED_PIXEL_OFF
+
+
+def colour_of(value):
+    v = int(value)  # lowest byte red
+    return bytes([v & 255, (v >> 8) & 255, (v >> 16) & 255]) * (WIDTH * HEIGHT)
+
+
+def check(work, info_path, shots_path, sheet):
+    with open(os.path.join(work, "plan.json")) as f:
+        the_plan = json.load(f)
+    with open(info_path) as f:
+        info = json.load(f)
+    with open(shots_path) as f:
+        shots = json.load(f)
+    cases = the_plan["cases"]
+    general = []
+    if info["frameCount"] != the_plan["frame_count"]:
+        general.append(f"the movie has {info['frameCount']} frames, the layout expects {the_plan['frame_count']}: "
+                       "the shots below are taken at the wrong frames")
+    if shots["errors"]:
+        general.append("Ruffle reported errors: " + "; ".join(shots["errors"]))
+    png_at = {round(s["time"]): s["png"] for s in shots["shots"]}
+
+    def png(frame):
+        return png_at[shot_time(frame)]
+
+    frames = set(the_plan["refs"].values()) | {f for c in cases for f in c["frames"].values()}
+    missing = sorted(f for f in frames if shot_time(f) not in png_at)
+    if missing:
+        general.append(f"no screenshots of frames {missing}")
+        report(general, {}, cases)
+        return 1
+    pictures = read_pictures(png(f) for f in frames)
+    a = pictures[png(the_plan["refs"]["A"])]
+    b = pictures[png(the_plan["refs"]["B"])]
+    apart = mad(a, b)
+    if apart < 30:
+        general.append(f"the two photos look too alike on the stage (mean difference {apart:.1f})")
+    print(f"photos A and B differ by {apart:.1f} on average")
+
+    verbose = bool(os.environ.get("TRANSITION_VERBOSE"))
+    problems = {}
+    for case in cases:
+        p = problems.setdefault(case["label"], [])
+        f = case["frames"]
+        shot = {k: pictures[png(v)] for k, v in f.items()}
+        if not equals(shot["cut"], a):
+            p.append(f"frame {f['cut']} before the transition is not the outgoing photo "
+                     f"(mean difference {mad(shot['cut'], a):.1f}): the timeline is not laid out as expected")
+        to_a = {k: mad(shot[k], a) for k in ("25", "50", "75")}
+        to_b = {k: mad(shot[k], b) for k in ("25", "50", "75")}
+        for k in ("25", "50", "75"):
+            if to_a[k] <= MOVED:
+                p.append(f"{k} % (frame {f[k]}) still shows the outgoing photo (difference {to_a[k]:.1f} <= {MOVED})")
+            if to_b[k] <= MOVED:
+                p.append(f"{k} % (frame {f[k]}) already shows the incoming photo "
+                         f"(difference {to_b[k]:.1f} <= {MOVED})")
+        if verbose:
+            print(f"{case['label']}: to outgoing {to_a['25']:.1f}/{to_a['50']:.1f}/{to_a['75']:.1f}, "
+                  f"to incoming {to_b['25']:.1f}/{to_b['50']:.1f}/{to_b['75']:.1f}")
+        if case["progress"] == "colour":
+            colour = colour_of(case["attrs"]["fade_color"])
+            d = mad(shot["50"], colour)
+            if d > COLOUR_CLOSE:
+                p.append(f"50 % (frame {f['50']}) is not the fade colour (difference {d:.1f} > {COLOUR_CLOSE})")
+        elif case["progress"] == "away":
+            d25, d50, d75 = to_a["25"], to_a["50"], to_a["75"]
+            if not (d50 >= d25 - SLACK and d75 >= d50 - SLACK and d75 > d25 + SLACK):
+                p.append(f"does not move away from the outgoing photo: difference to it at 25/50/75 % is "
+                         f"{d25:.1f}/{d50:.1f}/{d75:.1f}")
+        else:
+            d25, d50, d75 = to_b["25"], to_b["50"], to_b["75"]
+            if not (d50 <= d25 + SLACK and d75 <= d50 + SLACK and d75 < d25 - SLACK):
+                p.append(f"does not move towards the incoming photo: difference to it at 25/50/75 % is "
+                         f"{d25:.1f}/{d50:.1f}/{d75:.1f}")
+        if not equals(shot["after"], b):
+            p.append(f"frame {f['after']} after the transition is not the incoming photo "
+                     f"(mean difference {mad(shot['after'], b):.1f}, "
+                     f"{100 * share_off(shot['after'], b):.1f} % of pixels off)")
+
+    # Different values of one option give different pictures half way.
+    groups = {}
+    for case in cases:
+        if case["group"] is not None:
+            groups.setdefault((case["name"], case["group"]), []).append(case)
+    for members in groups.values():
+        alike = {c["label"]: [] for c in members}
+        for c1, c2 in combinations(members, 2):
+            d = mad(pictures[png(c1["frames"]["50"])], pictures[png(c2["frames"]["50"])])
+            if d <= DISTINCT:
+                alike[c1["label"]].append(f"{option_text(c2)} ({d:.1f})")
+                alike[c2["label"]].append(f"{option_text(c1)} ({d:.1f})")
+        for label, others in alike.items():
+            if others:
+                problems[label].append(f"50 % looks the same as with {', '.join(others)} "
+                                       f"(difference <= {DISTINCT})")
+
+    write_sheet(cases, png, sheet)
+    return report(general, problems, cases)
+
+
+def report(general, problems, cases):
+    for line in general:
+        print(f"FAIL: {line}")
+    failed = [c["label"] for c in cases if problems.get(c["label"])]
+    for label in failed:
+        print(f"FAIL {label}:")
+        for line in problems[label]:
+            print(f"    {line}")
+    failed_names = sorted({c["name"] for c in cases if problems.get(c["label"])})
+    print(f"{len(cases) - len(failed)} of {len(cases)} transition cases pass")
+    if failed_names:
+        print("transitions with failing cases: " + ", ".join(failed_names))
+    return 1 if general or failed else 0
+
+
+def write_sheet(cases, png, sheet):
+    """One row per case: its label, then the shots at 25, 50 and 75 %."""
+    os.makedirs(os.path.dirname(os.path.abspath(sheet)), exist_ok=True)
+    args = ["convert", "-background", "white", "-fill", "black", "-font", "DejaVu-Sans", "-pointsize", "11",
+            "(", "-size", "280x18", "xc:white"]
+    for column in ("25 %", "50 %", "75 %"):
+        args += ["-size", "164x18", "-gravity", "center", f"label:{column}"]
+    args += ["+append", ")"]
+    for case in cases:
+        # "Name: option=value", one option to a line.
+        text = case["name"] + (":" if case["group"] else "")
+        text += "".join(f"\n  {k}={v}" for k, v in case["attrs"].items())
+        if case["group"] and not case["attrs"]:
+            text += "\n  defaults"
+        args += ["(", "-size", "280x124", "-gravity", "West", f"label:{text}"]
+        for k in ("25", "50", "75"):
+            args += ["(", png(case["frames"][k]), "-resize", "160x120!", "-bordercolor", "white", "-border", "2",
+                     ")"]
+        args += ["+append", ")"]
+    args += ["-background", "white", "-append", sheet]
+    subprocess.run(args, check=True)
+    print(f"contact sheet: {sheet}")
+
+
+def main(argv):
+    if len(argv) == 5 and argv[1] == "plan":
+        plan(*argv[2:])
+        return 0
+    if len(argv) == 6 and argv[1] == "check":
+        return check(*argv[2:])
+    print(__doc__, file=sys.stderr)
+    return 2
+
+
+if __name__ == "__main__":
+    sys.exit(main(sys.argv))

@@ -1,0 +1,29 @@
+#!/usr/bin/env bash
+# Every transition, with each value of each of its options, plays in Ruffle as a
+# change from one photo to the other: at 25, 50 and 75 % the picture is neither
+# photo and comes closer to the incoming one (a colour fade shows its colour half
+# way), the frame after it is the incoming photo, and different option values
+# give different pictures. All cases are one movie, played once; the checks and
+# the case table are in lib/transition_cases.py. A contact sheet of the shots is
+# written to $QUILLET_BUILD_DIR/artefacts/transitions-sheet.png.
+#
+# TRANSITION_CASES="Push,Wipe On" runs only the named transitions.
+set -euo pipefail
+: "${QUILLET:?}" "${QUILLET_SOURCE_DIR:?}" "${QUILLET_BUILD_DIR:?}"
+lib="$QUILLET_SOURCE_DIR/tests/e2e/lib"
+work=$(mktemp -d)
+trap 'rm -rf "$work"' EXIT
+export QUILLET_CONFIG_DIR="$work/config" XDG_CACHE_HOME="$work/cache"  # none of the user's own
+photos=/usr/share/backgrounds/mate/nature
+
+# Green grass going out, a grey storm sky coming in.
+times=$(/usr/bin/python3 "$lib/transition_cases.py" plan "$photos/GreenMeadow.jpg" "$photos/Storm.jpg" "$work")
+"$QUILLET" export "$work/show.qpj" -o "$work/show.swf" >/dev/null
+"$QUILLET" info --json "$work/show.swf" > "$work/info.json"
+node "$lib/ruffle-shoot.mjs" --movie "$work/show.swf" --size 320x240 --times "$times" \
+  --out "$work/shots" --name show --timeout-ms 120000 >/dev/null
+
+mkdir -p "$QUILLET_BUILD_DIR/artefacts"
+/usr/bin/python3 "$lib/transition_cases.py" check "$work" "$work/info.json" "$work/shots/show.json" \
+  "$QUILLET_BUILD_DIR/artefacts/transitions-sheet.png"
+echo "transitions playback: ok"
