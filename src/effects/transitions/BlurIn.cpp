@@ -2,6 +2,6 @@
 
 namespace quillet {
 
-BlurInTransition::BlurInTransition() : TransitionClass("Blur In") {}
+BlurInTransition::BlurInTransition() : TransitionClass("Blur In", true) {}
 
 }  // namespace quillet

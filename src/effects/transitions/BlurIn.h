@@ -1,11 +1,11 @@
 // "Blur In": the incoming slide comes into focus over the outgoing one.
 #pragma once
 
-#include "effects/Transition.h"
+#include "effects/transitions/Blur.h"
 
 namespace quillet {
 
-class BlurInTransition : public TransitionClass<BlurInTransition> {
+class BlurInTransition : public TransitionClass<BlurInTransition, BlurTransition> {
 public:
     BlurInTransition();
 };

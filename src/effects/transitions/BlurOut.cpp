@@ -2,6 +2,6 @@
 
 namespace quillet {
 
-BlurOutTransition::BlurOutTransition() : TransitionClass("Blur Out") {}
+BlurOutTransition::BlurOutTransition() : TransitionClass("Blur Out", false) {}
 
 }  // namespace quillet

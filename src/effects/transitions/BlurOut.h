@@ -1,11 +1,11 @@
 // "Blur Out": the outgoing slide blurs away, uncovering the incoming one.
 #pragma once
 
-#include "effects/Transition.h"
+#include "effects/transitions/Blur.h"
 
 namespace quillet {
 
-class BlurOutTransition : public TransitionClass<BlurOutTransition> {
+class BlurOutTransition : public TransitionClass<BlurOutTransition, BlurTransition> {
 public:
     BlurOutTransition();
 };
