@@ -4,11 +4,13 @@ and checks the pictures that Ruffle shows.
 
 usage:
   transition_cases.py plan PHOTO_A PHOTO_B WORK
-      writes WORK/show.qpj and WORK/plan.json; prints the screenshot times
+      writes the show WORK/show.qpj and the timeline it should have, WORK/plan.json
+  transition_cases.py locate WORK MOVIE.swf
+      finds the slides in the exported movie and prints the screenshot times
       (comma-separated milliseconds) for ruffle-shoot.mjs --times
   transition_cases.py check WORK INFO.json SHOTS.json SHEET.png
-      checks the movie's frame count (INFO.json from `quillet info --json`) and
-      the screenshots (SHOTS.json from ruffle-shoot.mjs), writes a contact sheet;
+      checks the movie's timeline (INFO.json from `quillet info --json`) and the
+      screenshots (SHOTS.json from ruffle-shoot.mjs), writes a contact sheet;
       prints every failure and exits 1 if there was any
 
 TRANSITION_CASES="Push,Wipe On" (names, comma-separated) keeps only those
@@ -113,15 +115,17 @@ TRANSITIONS = [
     ("Zoom Out", sweep("direction", *ZOOM_DIRECTIONS)),
 ]
 
-# Thresholds, as mean absolute differences over all pixels and channels (0..255).
-# Two shots of the same still picture come out identical, and the two photos
-# differ by about 68, so:
-MOVED = 4.0        # a shot "differs" from a plain photo: at least ~6 % of the way between them
-SAME = 1.0         # a shot "equals" a plain photo: rendering and rounding only
+# Thresholds, as mean absolute differences over the stage (channels 0..255).
+# Two shots of the same still picture come out byte for byte the same (0.0); the
+# two photos differ by about 68, so a difference of d means roughly d/68 of the
+# stage changed from one photo to the other. The least a working transition shows
+# at 25 % is 1/16 of the stage (a picture growing from a corner: 4.3).
+MOVED = 2.0        # a shot differs from a plain photo: about 3 % of the stage changed
+SAME = 1.0         # a shot equals a plain photo: less than 1.5 % of the stage left over...
+ALLOWED_PIXEL_OFF = 0.002  # ...and at most 0.2 % of its pixels off by more than 24 (a 1-px edge is more)
 DISTINCT = 2.0     # two option values give different pictures half way
-SLACK = 1.0       # how far the distance to a photo may go the wrong way between 25/50/75 %
-COLOUR_CLOSE = 6.0    # a colour fade half way shows its colour
-ALLOWED_PIXEL_OFF = 0.005  # "equals": at most this share of pixels off by more than 24 in a channel
+SLACK = 1.0        # how far the distance to a photo may go the wrong way between 25/50/75 %
+COLOUR_CLOSE = 3.0  # a colour fade half way shows its colour
 
 
 def frames_of_transition(name, duration_ms):
@@ -164,37 +168,20 @@ def selected_cases():
 
 
 def plan(photo_a, photo_b, work):
+    """Writes the show and the timeline we expect its movie to have."""
     cases = selected_cases()
-    slides = []  # (photo, hold ms, transition name, transition attributes)
-    slides.append((photo_a, REFERENCE_MS, "None", {}))
-    slides.append((photo_b, REFERENCE_MS, "None", {}))
+    slides = [(photo_a, REFERENCE_MS, "None", {}), (photo_b, REFERENCE_MS, "None", {})]
     for case in cases:
         slides.append((photo_a, CUT_MS, "None", {}))
+        case["slide"] = len(slides) + 1  # 1-based number of the slide it brings in
         slides.append((photo_b, HOLD_MS, case["name"], case["attrs"]))
 
-    # Lay the slides out on the timeline: each runs its transition, then holds.
-    frame = 1
-    starts = []
+    # Each slide runs its transition, then holds; the movie ends on one more frame.
+    layout, frame = [], 1
     for photo, hold, name, attrs in slides:
-        n = frames_of_transition(name, TRANSITION_MS)
-        starts.append((frame, n, frames_of_hold(hold)))
-        frame += n + frames_of_hold(hold)
-    frame_count = frame  # the movie ends on one more frame
-
-    first, _, hold = starts[0]
-    refs = {"A": first + hold // 2}
-    first, _, hold = starts[1]
-    refs["B"] = first + hold // 2
-    for i, case in enumerate(cases):
-        start, n, hold = starts[3 + 2 * i]
-        assert n >= 4 and hold >= 1, case["label"]
-        case["frames"] = {
-            "cut": start - 1,        # the outgoing photo's only frame
-            "25": start - 1 + n // 4,  # frame k of n (1-based) shows k/n of the transition
-            "50": start - 1 + n // 2,
-            "75": start - 1 + 3 * n // 4,
-            "after": start + n,      # the incoming photo alone
-        }
+        layout.append({"start": frame, "transition": frames_of_transition(name, TRANSITION_MS),
+                       "hold": frames_of_hold(hold)})
+        frame += layout[-1]["transition"] + layout[-1]["hold"]
 
     xml = ['<xml version="1.0">', '<quillet version_major="1" version_minor="119">',
            f'<slide_show width="{WIDTH}" height="{HEIGHT}" fps="{FPS}" bg_color="0" use_compression="false">',
@@ -210,10 +197,67 @@ def plan(photo_a, photo_b, work):
     xml += ["</slides>", "</slide_show>", "</quillet>", "", "</xml>", ""]
     with open(os.path.join(work, "show.qpj"), "w") as f:
         f.write("\n".join(xml))
-
-    frames = sorted(set(refs.values()) | {f for c in cases for f in c["frames"].values()})
     with open(os.path.join(work, "plan.json"), "w") as f:
-        json.dump({"frame_count": frame_count, "refs": refs, "cases": cases}, f, indent=1)
+        json.dump({"frame_count": frame, "layout": layout, "cases": cases}, f, indent=1)
+
+
+def movie_labels(movie):
+    """The movie's frame labels (1-based frame numbers) and its number of frames,
+    read by Debian's yaswfp."""
+    import yaswfp.swfparser as sp
+    frame, labels = 1, {}
+    for tag in sp.parsefile(movie).tags:
+        if tag.name == "ShowFrame":
+            frame += 1
+        elif tag.name == "FrameLabel":
+            labels[tag.Name] = frame
+    return labels, frame - 1
+
+
+def locate(work, movie):
+    """Finds each slide in the movie and picks the frames to shoot; prints their times.
+
+    The movie labels each slide's first frame "slidepre_N" (its transition) and
+    the first frame after its transition "slide_N". Going by them, a case whose
+    transition has the wrong length does not shift the frames looked at for every
+    case after it; the lengths are checked against the plan in `check`.
+    """
+    path = os.path.join(work, "plan.json")
+    with open(path) as f:
+        the_plan = json.load(f)
+    layout = the_plan["layout"]
+    labels, frame_count = movie_labels(movie)
+    found = []
+    for k, expected in enumerate(layout, start=1):
+        pre, main = labels.get(f"slidepre_{k}"), labels.get(f"slide_{k}")
+        if pre is None or main is None:
+            found = None  # not labelled: go by the plan
+            break
+        found.append({"start": pre, "transition": main - pre})
+    if found:
+        for here, after in zip(found, found[1:]):
+            here["hold"] = after["start"] - here["start"] - here["transition"]
+        last = found[-1]  # the movie's last frame follows its hold
+        last["hold"] = frame_count - last["start"] - last["transition"]
+    the_plan["found"] = found
+    where = found or layout
+
+    refs = {"A": where[0]["start"] + where[0]["transition"] + where[0]["hold"] // 2,
+            "B": where[1]["start"] + where[1]["transition"] + where[1]["hold"] // 2}
+    for case in the_plan["cases"]:
+        slide = where[case["slide"] - 1]
+        start, n = slide["start"], slide["transition"]
+        after = start + n
+        if n >= 4:
+            # Frame k of the n (1-based) shows k/n of the transition.
+            middle = {"25": start - 1 + n // 4, "50": start - 1 + n // 2, "75": start - 1 + 3 * n // 4}
+        else:
+            middle = {"25": after, "50": after, "75": after}  # no transition to look at
+        case["frames"] = {"cut": start - 1, **middle, "after": after}
+    the_plan["refs"] = refs
+    with open(path, "w") as f:
+        json.dump(the_plan, f, indent=1)
+    frames = sorted(set(refs.values()) | {f for c in the_plan["cases"] for f in c["frames"].values()})
     print(",".join(str(shot_time(f)) for f in frames))
 
 
@@ -232,8 +276,18 @@ def read_pictures(paths):
     return out
 
 
+def coarse(picture):
+    """Every second pixel of every second row, as three planes: a quarter of the
+    work for the measures of how far a transition has got, which are averages
+    over changes that span the stage."""
+    row = WIDTH * 3
+    rows = b"".join(picture[y * row:(y + 1) * row] for y in range(0, HEIGHT, 2))
+    return rows[0::6] + rows[1::6] + rows[2::6]
+
+
 def mad(a, b):
-    return sum(map(abs, map(sub, a, b))) / len(a)
+    """Mean absolute difference of two pictures of the same size."""
+    return 0.0 if a == b else sum(map(abs, map(sub, a, b))) / len(a)
 
 
 # Maps a channel difference to 1 when it is more than 24, else to 0.
@@ -242,17 +296,19 @@ OFF_BY_MORE_THAN_24 = bytes(int(v > 24) for v in range(256))
 
 def share_off(a, b):
     """The share of pixels with a channel off by more than 24."""
+    if a == b:
+        return 0.0
     flags = bytes(map(abs, map(sub, a, b))).translate(OFF_BY_MORE_THAN_24)
     r, g, b_ = (int.from_bytes(flags[i::3], "little") for i in range(3))
     return bin(r | g | b_).count("1") / (len(flags) // 3)
 
 
 def equals(a, b):
-    return mad(a, b) <= SAME and share_off(a, b) <= ALLOWED_PIXEL_OFF
+    return a == b or (mad(a, b) <= SAME and share_off(a, b) <= ALLOWED_PIXEL_OFF)
 
 
-def colour_of(value):
-    v = int(value)  # lowest byte red
+def solid(value):
+    v = int(value)  # the lowest byte is red
     return bytes([v & 255, (v >> 8) & 255, (v >> 16) & 255]) * (WIDTH * HEIGHT)
 
 
@@ -263,11 +319,23 @@ def check(work, info_path, shots_path, sheet):
         info = json.load(f)
     with open(shots_path) as f:
         shots = json.load(f)
-    cases = the_plan["cases"]
+    cases, layout, found = the_plan["cases"], the_plan["layout"], the_plan["found"]
     general = []
     if info["frameCount"] != the_plan["frame_count"]:
-        general.append(f"the movie has {info['frameCount']} frames, the layout expects {the_plan['frame_count']}: "
-                       "the shots below are taken at the wrong frames")
+        line = f"the movie has {info['frameCount']} frames, {the_plan['frame_count']} were expected"
+        if found and info["frameCount"] == 1 + sum(s["transition"] + s["hold"] for s in found):
+            line += " (accounted for by the slides whose transitions have other lengths)"
+        general.append(line)
+    if found is None:
+        general.append("the movie does not label its slides: the shots are taken where the plan puts them")
+    else:
+        case_slides = {c["slide"] for c in cases}
+        for k, (want, got) in enumerate(zip(layout, found), start=1):
+            if got["transition"] != want["transition"] and k not in case_slides:
+                general.append(f"slide {k} starts with {got['transition']} frames of transition, "
+                               f"not {want['transition']}")
+            if got["hold"] != want["hold"]:
+                general.append(f"slide {k} holds for {got['hold']} frames, not {want['hold']}")
     if shots["errors"]:
         general.append("Ruffle reported errors: " + "; ".join(shots["errors"]))
     png_at = {round(s["time"]): s["png"] for s in shots["shots"]}
@@ -278,16 +346,18 @@ def check(work, info_path, shots_path, sheet):
     frames = set(the_plan["refs"].values()) | {f for c in cases for f in c["frames"].values()}
     missing = sorted(f for f in frames if shot_time(f) not in png_at)
     if missing:
-        general.append(f"no screenshots of frames {missing}")
-        report(general, {}, cases)
-        return 1
+        general.append(f"{len(missing)} of {len(frames)} screenshots are missing (frames {missing[:5]}...)")
+        return report(general, None, cases)
+    sheet_job = start_sheet(cases, png, sheet)  # ImageMagick works on it meanwhile
     pictures = read_pictures(png(f) for f in frames)
+    small = {p: coarse(v) for p, v in pictures.items()}
     a = pictures[png(the_plan["refs"]["A"])]
     b = pictures[png(the_plan["refs"]["B"])]
+    small_a, small_b = coarse(a), coarse(b)
     apart = mad(a, b)
+    print(f"the photos differ by {apart:.1f} on average")
     if apart < 30:
         general.append(f"the two photos look too alike on the stage (mean difference {apart:.1f})")
-    print(f"photos A and B differ by {apart:.1f} on average")
 
     verbose = bool(os.environ.get("TRANSITION_VERBOSE"))
     problems = {}
@@ -295,23 +365,36 @@ def check(work, info_path, shots_path, sheet):
         p = problems.setdefault(case["label"], [])
         f = case["frames"]
         shot = {k: pictures[png(v)] for k, v in f.items()}
+        # Where the transition is in the movie.
+        want = layout[case["slide"] - 1]["transition"]
+        got = found[case["slide"] - 1]["transition"] if found else want
+        if got != want:
+            p.append(f"the transition lasts {got} frames, not {want}" + (" (it cuts at once)" if got == 0 else ""))
         if not equals(shot["cut"], a):
             p.append(f"frame {f['cut']} before the transition is not the outgoing photo "
-                     f"(mean difference {mad(shot['cut'], a):.1f}): the timeline is not laid out as expected")
-        to_a = {k: mad(shot[k], a) for k in ("25", "50", "75")}
-        to_b = {k: mad(shot[k], b) for k in ("25", "50", "75")}
+                     f"(mean difference {mad(shot['cut'], a):.1f}): the movie is not laid out as planned")
+        # (c) It ends on the incoming photo.
+        if not equals(shot["after"], b):
+            p.append(f"frame {f['after']} after the transition is not the incoming photo "
+                     f"(mean difference {mad(shot['after'], b):.1f}, "
+                     f"{100 * share_off(shot['after'], b):.1f} % of pixels off)")
+        if f["25"] == f["after"]:
+            continue  # no frames in between to look at
+        # (a) On the way it is neither photo.
+        to_a = {k: mad(small[png(f[k])], small_a) for k in ("25", "50", "75")}
+        to_b = {k: mad(small[png(f[k])], small_b) for k in ("25", "50", "75")}
+        if verbose:
+            print(f"{case['label']}: from outgoing {to_a['25']:.1f}/{to_a['50']:.1f}/{to_a['75']:.1f}, "
+                  f"from incoming {to_b['25']:.1f}/{to_b['50']:.1f}/{to_b['75']:.1f}")
         for k in ("25", "50", "75"):
             if to_a[k] <= MOVED:
                 p.append(f"{k} % (frame {f[k]}) still shows the outgoing photo (difference {to_a[k]:.1f} <= {MOVED})")
             if to_b[k] <= MOVED:
                 p.append(f"{k} % (frame {f[k]}) already shows the incoming photo "
                          f"(difference {to_b[k]:.1f} <= {MOVED})")
-        if verbose:
-            print(f"{case['label']}: to outgoing {to_a['25']:.1f}/{to_a['50']:.1f}/{to_a['75']:.1f}, "
-                  f"to incoming {to_b['25']:.1f}/{to_b['50']:.1f}/{to_b['75']:.1f}")
+        # (b) It gets there step by step.
         if case["progress"] == "colour":
-            colour = colour_of(case["attrs"]["fade_color"])
-            d = mad(shot["50"], colour)
+            d = mad(shot["50"], solid(case["attrs"]["fade_color"]))
             if d > COLOUR_CLOSE:
                 p.append(f"50 % (frame {f['50']}) is not the fade colour (difference {d:.1f} > {COLOUR_CLOSE})")
         elif case["progress"] == "away":
@@ -324,20 +407,16 @@ def check(work, info_path, shots_path, sheet):
             if not (d50 <= d25 + SLACK and d75 <= d50 + SLACK and d75 < d25 - SLACK):
                 p.append(f"does not move towards the incoming photo: difference to it at 25/50/75 % is "
                          f"{d25:.1f}/{d50:.1f}/{d75:.1f}")
-        if not equals(shot["after"], b):
-            p.append(f"frame {f['after']} after the transition is not the incoming photo "
-                     f"(mean difference {mad(shot['after'], b):.1f}, "
-                     f"{100 * share_off(shot['after'], b):.1f} % of pixels off)")
 
-    # Different values of one option give different pictures half way.
+    # (d) Different values of one option give different pictures half way.
     groups = {}
     for case in cases:
-        if case["group"] is not None:
+        if case["group"] is not None and case["frames"]["50"] != case["frames"]["after"]:
             groups.setdefault((case["name"], case["group"]), []).append(case)
     for members in groups.values():
         alike = {c["label"]: [] for c in members}
         for c1, c2 in combinations(members, 2):
-            d = mad(pictures[png(c1["frames"]["50"])], pictures[png(c2["frames"]["50"])])
+            d = mad(small[png(c1["frames"]["50"])], small[png(c2["frames"]["50"])])
             if d <= DISTINCT:
                 alike[c1["label"]].append(f"{option_text(c2)} ({d:.1f})")
                 alike[c2["label"]].append(f"{option_text(c1)} ({d:.1f})")
@@ -346,52 +425,71 @@ def check(work, info_path, shots_path, sheet):
                 problems[label].append(f"50 % looks the same as with {', '.join(others)} "
                                        f"(difference <= {DISTINCT})")
 
-    write_sheet(cases, png, sheet)
+    if sheet_job.wait() != 0:
+        general.append(f"ImageMagick could not write the contact sheet {sheet}")
+    else:
+        print(f"contact sheet: {sheet}")
     return report(general, problems, cases)
 
 
 def report(general, problems, cases):
     for line in general:
         print(f"FAIL: {line}")
+    if problems is None:
+        print(f"none of the {len(cases)} transition cases could be checked")
+        return 1
     failed = [c["label"] for c in cases if problems.get(c["label"])]
     for label in failed:
         print(f"FAIL {label}:")
         for line in problems[label]:
             print(f"    {line}")
     failed_names = sorted({c["name"] for c in cases if problems.get(c["label"])})
+    passed_names = sorted({c["name"] for c in cases} - set(failed_names))
     print(f"{len(cases) - len(failed)} of {len(cases)} transition cases pass")
+    if passed_names:
+        print("transitions whose cases all pass: " + ", ".join(passed_names))
     if failed_names:
         print("transitions with failing cases: " + ", ".join(failed_names))
     return 1 if general or failed else 0
 
 
-def write_sheet(cases, png, sheet):
-    """One row per case: its label, then the shots at 25, 50 and 75 %."""
+SHEET_ROWS = 60  # cases per panel; panels stand side by side (ImageMagick takes 16000 pixels at most)
+
+
+def start_sheet(cases, png, sheet):
+    """Starts ImageMagick on the contact sheet: one row per case, its label, then
+    the shots at 25, 50 and 75 %."""
     os.makedirs(os.path.dirname(os.path.abspath(sheet)), exist_ok=True)
-    args = ["convert", "-background", "white", "-fill", "black", "-font", "DejaVu-Sans", "-pointsize", "11",
-            "(", "-size", "280x18", "xc:white"]
-    for column in ("25 %", "50 %", "75 %"):
-        args += ["-size", "164x18", "-gravity", "center", f"label:{column}"]
-    args += ["+append", ")"]
-    for case in cases:
-        # "Name: option=value", one option to a line.
-        text = case["name"] + (":" if case["group"] else "")
-        text += "".join(f"\n  {k}={v}" for k, v in case["attrs"].items())
-        if case["group"] and not case["attrs"]:
-            text += "\n  defaults"
-        args += ["(", "-size", "280x124", "-gravity", "West", f"label:{text}"]
-        for k in ("25", "50", "75"):
-            args += ["(", png(case["frames"][k]), "-resize", "160x120!", "-bordercolor", "white", "-border", "2",
-                     ")"]
+    args = ["convert", "-background", "white", "-fill", "black", "-font", "DejaVu-Sans", "-pointsize", "11"]
+    for first in range(0, len(cases), SHEET_ROWS):
+        args += ["(", "(", "-size", "280x18", "xc:white"]
+        for column in ("25 %", "50 %", "75 %"):
+            args += ["-size", "164x18", "-gravity", "center", f"label:{column}"]
         args += ["+append", ")"]
-    args += ["-background", "white", "-append", sheet]
-    subprocess.run(args, check=True)
-    print(f"contact sheet: {sheet}")
+        for case in cases[first:first + SHEET_ROWS]:
+            # "Name: option=value", one option to a line.
+            text = case["name"] + (":" if case["group"] else "")
+            text += "".join(f"\n  {k}={v}" for k, v in case["attrs"].items())
+            if case["group"] and not case["attrs"]:
+                text += "\n  defaults"
+            if case["frames"]["25"] == case["frames"]["after"]:
+                text += "\n(no transition frames)"
+            args += ["(", "-size", "280x124", "-gravity", "West", f"label:{text}"]
+            for k in ("25", "50", "75"):
+                args += ["(", png(case["frames"][k]), "-scale", "50%", "-bordercolor", "white",
+                         "-border", "2", ")"]
+            args += ["+append", ")"]
+        args += ["-append", ")"]
+    args += ["-gravity", "North", "+append", "+repage", "-depth", "8", sheet]
+    return subprocess.Popen(args)
 
 
 def main(argv):
     if len(argv) == 5 and argv[1] == "plan":
         plan(*argv[2:])
+        return 0
+    if len(argv) == 4 and argv[1] == "locate":
+        locate(*argv[2:])
         return 0
     if len(argv) == 6 and argv[1] == "check":
         return check(*argv[2:])
