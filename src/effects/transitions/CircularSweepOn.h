@@ -8,6 +8,8 @@ namespace quillet {
 class CircularSweepOnTransition : public TransitionClass<CircularSweepOnTransition> {
 public:
     CircularSweepOnTransition();
+
+    bool Render(SlideOnStage* incoming, SlideOnStage* outgoing, MovieContext& ctx) const override;
 };
 
 }  // namespace quillet

@@ -8,6 +8,8 @@ namespace quillet {
 class CurtainTransition : public TransitionClass<CurtainTransition> {
 public:
     CurtainTransition();
+
+    bool Render(SlideOnStage* incoming, SlideOnStage* outgoing, MovieContext& ctx) const override;
 };
 
 }  // namespace quillet
