@@ -12,18 +12,10 @@ namespace quillet {
 
 namespace {
 
-constexpr OptionSpec Field(OptionKind kind, const char* attribute, double defaultValue) {
-    OptionSpec spec;
-    spec.kind = kind;
-    spec.attribute = attribute;
-    spec.defaultValue = defaultValue;
-    return spec;
-}
-
 constinit const OptionSpec kPanZoomOptions[] = {
-    Field(OptionKind::Integer, "pan_x", 0),
-    Field(OptionKind::Integer, "pan_y", 0),
-    Field(OptionKind::Real, "zoom", 1.0),
+    {.kind = OptionKind::Integer, .attribute = "pan_x"},
+    {.kind = OptionKind::Integer, .attribute = "pan_y"},
+    {.kind = OptionKind::Real, .attribute = "zoom", .defaultValue = 1.0},
 };
 
 }  // namespace

@@ -63,27 +63,14 @@ constexpr int OptionControlId(int option) { return kFirstOptionControlId + 2 * o
 // option area, the items, the keywords written (and, where they differ, read).
 constexpr OptionSpec ListOption(int slot, const char* attribute, const char* label, NameList items,
                                 NameList keywords, double defaultIndex, NameList readKeywords = {}) {
-    OptionSpec spec;
-    spec.kind = OptionKind::List;
-    spec.attribute = attribute;
-    spec.label = label;
-    spec.defaultValue = defaultIndex;
-    spec.items = items;
-    spec.written = keywords;
-    spec.read = readKeywords;
-    spec.labelId = OptionLabelId(slot);
-    spec.controlId = OptionControlId(slot);
-    return spec;
+    return {.kind = OptionKind::List, .attribute = attribute, .label = label, .defaultValue = defaultIndex,
+            .items = items, .written = keywords, .read = readKeywords, .labelId = OptionLabelId(slot),
+            .controlId = OptionControlId(slot)};
 }
 
 // A value kept in memory only, with no control (a bar count, a cell size).
 constexpr OptionSpec HiddenOption(OptionKind kind, double defaultValue, double minValue, double maxValue) {
-    OptionSpec spec;
-    spec.kind = kind;
-    spec.defaultValue = defaultValue;
-    spec.minValue = minValue;
-    spec.maxValue = maxValue;
-    return spec;
+    return {.kind = kind, .defaultValue = defaultValue, .minValue = minValue, .maxValue = maxValue};
 }
 
 class OptionSet {

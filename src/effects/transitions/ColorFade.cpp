@@ -12,18 +12,12 @@ namespace quillet {
 
 namespace {
 
-constexpr OptionSpec FadeColor() {
-    OptionSpec spec;
-    spec.kind = OptionKind::Color;
-    spec.attribute = "fade_color";
-    spec.label = "Color:";
-    spec.defaultValue = 0xFFFFFF;  // white
-    spec.labelId = OptionLabelId(0);
-    spec.controlId = OptionControlId(0);
-    return spec;
-}
-
-constinit const OptionSpec kOptions[] = {FadeColor()};
+constinit const OptionSpec kOptions[] = {{.kind = OptionKind::Color,
+                                          .attribute = "fade_color",
+                                          .label = "Color:",
+                                          .defaultValue = 0xFFFFFF,  // white
+                                          .labelId = OptionLabelId(0),
+                                          .controlId = OptionControlId(0)}};
 
 }  // namespace
 

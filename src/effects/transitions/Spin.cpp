@@ -14,30 +14,12 @@ namespace {
 
 // "Spins:" with a two-decimal field and the "Counter-Clockwise" box, whose
 // value is saved negated as `clockwise`. The spin controls have fixed ids.
-constexpr OptionSpec SpinCount() {
-    OptionSpec spec;
-    spec.kind = OptionKind::Real;
-    spec.attribute = "spins";
-    spec.label = "Spins:";
-    spec.defaultValue = static_cast<double>(1.8f);
-    spec.labelId = 10020;
-    spec.controlId = 10021;
-    spec.decimals = 2;
-    spec.singlePrecision = true;
-    return spec;
-}
-
-constexpr OptionSpec CounterClockwise() {
-    OptionSpec spec;
-    spec.kind = OptionKind::Bool;
-    spec.attribute = "clockwise";
-    spec.label = "Counter-Clockwise";
-    spec.controlId = 10022;
-    spec.negated = true;
-    return spec;
-}
-
-constinit const OptionSpec kOptions[] = {SpinCount(), CounterClockwise()};
+constinit const OptionSpec kOptions[] = {
+    {.kind = OptionKind::Real, .attribute = "spins", .label = "Spins:", .defaultValue = 1.8f, .labelId = 10020,
+     .controlId = 10021, .decimals = 2, .singlePrecision = true},
+    {.kind = OptionKind::Bool, .attribute = "clockwise", .label = "Counter-Clockwise", .controlId = 10022,
+     .negated = true},
+};
 
 // The slide's matrix turned by `degrees` (positive turns clockwise on the
 // screen, where y grows downwards) and scaled by `size`, about its placement

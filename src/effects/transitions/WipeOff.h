@@ -9,6 +9,8 @@ class WipeOffTransition : public TransitionClass<WipeOffTransition> {
 public:
     WipeOffTransition();
     int32_t direction() const { return options().Int(0); }
+
+    bool Render(SlideOnStage* incoming, SlideOnStage* outgoing, MovieContext& ctx) const override;
 };
 
 }  // namespace quillet

@@ -16,18 +16,9 @@ namespace quillet::filters {
 constexpr OptionSpec FilterParam(int slot, OptionKind kind, const char* label, const char* attribute,
                                  double defaultValue, double minValue, double maxValue, NameList items = {},
                                  NameList keywords = {}) {
-    OptionSpec spec;
-    spec.kind = kind;
-    spec.attribute = attribute;
-    spec.label = label;
-    spec.defaultValue = defaultValue;
-    spec.minValue = minValue;
-    spec.maxValue = maxValue;
-    spec.items = items;
-    spec.written = keywords;
-    spec.labelId = 1000 + 2 * slot;
-    spec.controlId = 1001 + 2 * slot;
-    return spec;
+    return {.kind = kind, .attribute = attribute, .label = label, .defaultValue = defaultValue,
+            .minValue = minValue, .maxValue = maxValue, .items = items, .written = keywords,
+            .labelId = 1000 + 2 * slot, .controlId = 1001 + 2 * slot};
 }
 
 // Clone through the copy constructor of the concrete class.
