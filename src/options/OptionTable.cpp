@@ -49,11 +49,13 @@ std::string Allowed(const OptionSpec& spec) {
         case OptionKind::Bool: return "true, false";
         case OptionKind::Color: return "a colour as #RRGGBB or a number (red in the lowest byte)";
         case OptionKind::Integer:
-            std::snprintf(buf, sizeof buf, "a whole number from %.0f to %.0f", spec.minValue, spec.maxValue);
+        case OptionKind::Real: {
+            const char* what = spec.kind == OptionKind::Integer ? "a whole number" : "a number";
+            // The default range is that of a 32-bit field: not worth stating.
+            if (spec.minValue <= -2147483648.0 && spec.maxValue >= 2147483647.0) return what;
+            std::snprintf(buf, sizeof buf, "%s from %g to %g", what, spec.minValue, spec.maxValue);
             return buf;
-        case OptionKind::Real:
-            std::snprintf(buf, sizeof buf, "a number from %g to %g", spec.minValue, spec.maxValue);
-            return buf;
+        }
     }
     return {};
 }

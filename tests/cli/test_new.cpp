@@ -138,7 +138,34 @@ TEST_F(NewCommand, UsageErrors) {
     EXPECT_EQ(r.status, 2);
     EXPECT_NE(r.err.find("No Such Thing"), std::string::npos);
     EXPECT_EQ(quillet(pic + out + " --transition 'Cross Fade' --random-transitions").status, 2);
+    // Options after the name: each wrong part is named with what is allowed.
+    const struct {
+        const char* spec;
+        const char* message;
+    } kBadOptions[] = {
+        {"Push:direction=lefty", "\"lefty\" is not a value of direction; allowed: up, down, right, left,"},
+        {"Push:way=left", "unknown option \"way\"; options: direction"},
+        {"Fade In:direction=left", "unknown option \"direction\"; this one has no options"},
+        {"Push:direction", "('direction' has no '=')"},
+        {"Spin In:spins=many", "\"many\" is not a value of spins"},
+        {"Spin In:clockwise=yes", "allowed: true, false"},
+        {"Slide In From:final_x=1.5", "a whole number"},
+        {"Color Fade:fade_color=#12345", "allowed: a colour as #RRGGBB"},
+    };
+    for (const auto& bad : kBadOptions) {
+        NewRun b = quillet(pic + out + " --transition '" + bad.spec + "'");
+        EXPECT_EQ(b.status, 2) << bad.spec;
+        EXPECT_NE(b.err.find(bad.message), std::string::npos) << bad.spec << ": " << b.err;
+    }
     EXPECT_FALSE(std::filesystem::exists(dir.file("x.qpj")));
+
+    // Keywords as in the project file; a colour as #RRGGBB is saved red-lowest.
+    ASSERT_EQ(quillet(pic + out + " --transition 'checker:type=drop_up,direction=random'").status, 0);
+    EXPECT_NE(readFile(dir.file("x.qpj")).find("<transition name=\"Checker\" duration=\"2000\" type=\"drop_up\" "
+                                               "direction=\"random\" />"),
+              std::string::npos);
+    ASSERT_EQ(quillet(pic + out + " --transition 'Color Fade:fade_color=#102030'").status, 0);
+    EXPECT_NE(readFile(dir.file("x.qpj")).find("fade_color=\"3153936\""), std::string::npos);
 
     // Random transitions: every slide gets one from the registry.
     NewRun ok = quillet(pic + " " + pic + " " + pic + out + " --random-transitions");
