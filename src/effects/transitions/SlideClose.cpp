@@ -1,9 +1,7 @@
 #include "effects/transitions/SlideClose.h"
 
-#include "effects/transitions/KeywordTables.h"
-
 namespace quillet {
 
-SlideCloseTransition::SlideCloseTransition() : TransitionClass("Slide Close", kSlideCloseOptions) {}
+SlideCloseTransition::SlideCloseTransition() : TransitionClass("Slide Close", true) {}
 
 }  // namespace quillet

@@ -1,14 +1,13 @@
-// "Slide Close": the two halves (or corners) of the incoming slide slide in and close over the outgoing one.
+// "Slide Close": the two halves (or four corners) of the incoming slide slide in and close over the outgoing one.
 #pragma once
 
-#include "effects/Transition.h"
+#include "effects/transitions/SlideSplit.h"
 
 namespace quillet {
 
-class SlideCloseTransition : public TransitionClass<SlideCloseTransition> {
+class SlideCloseTransition : public TransitionClass<SlideCloseTransition, SlideSplitTransition> {
 public:
     SlideCloseTransition();
-    int32_t direction() const { return options().Int(0); }
 };
 
 }  // namespace quillet

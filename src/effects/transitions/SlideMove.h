@@ -15,9 +15,17 @@ public:
     double finalSY() const { return options().Value(3); }  // `final_sy`
     bool fadeOut() const { return options().Bool(4); }     // `fade_out`
 
+    // Slide In From moves the incoming slide from the far end to its place;
+    // Slide Out To moves a copy of the outgoing slide, above the incoming one,
+    // from its place to the far end.
+    bool Render(SlideOnStage* incoming, SlideOnStage* outgoing, MovieContext& ctx) const override;
+
 protected:
     // "Slide In From" names its scales "Start Scale X:"..., "Slide Out To" "End Scale X:"...
-    SlideMoveTransition(std::string name, bool startScales);
+    SlideMoveTransition(std::string name, bool movesIn);
+
+private:
+    bool movesIn_;
 };
 
 }  // namespace quillet

@@ -1,9 +1,7 @@
 #include "effects/transitions/SlideOpen.h"
 
-#include "effects/transitions/KeywordTables.h"
-
 namespace quillet {
 
-SlideOpenTransition::SlideOpenTransition() : TransitionClass("Slide Open", kSlideCloseOptions) {}
+SlideOpenTransition::SlideOpenTransition() : TransitionClass("Slide Open", false) {}
 
 }  // namespace quillet

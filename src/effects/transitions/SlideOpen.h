@@ -1,14 +1,13 @@
 // "Slide Open": the outgoing slide splits and slides open, uncovering the incoming one.
 #pragma once
 
-#include "effects/Transition.h"
+#include "effects/transitions/SlideSplit.h"
 
 namespace quillet {
 
-class SlideOpenTransition : public TransitionClass<SlideOpenTransition> {
+class SlideOpenTransition : public TransitionClass<SlideOpenTransition, SlideSplitTransition> {
 public:
     SlideOpenTransition();
-    int32_t direction() const { return options().Int(0); }
 };
 
 }  // namespace quillet

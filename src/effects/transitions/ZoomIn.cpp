@@ -1,9 +1,7 @@
 #include "effects/transitions/ZoomIn.h"
 
-#include "effects/transitions/KeywordTables.h"
-
 namespace quillet {
 
-ZoomInTransition::ZoomInTransition() : TransitionClass("Zoom In", kZoomOptions) {}
+ZoomInTransition::ZoomInTransition() : TransitionClass("Zoom In", true) {}
 
 }  // namespace quillet

@@ -1,14 +1,13 @@
-// "Zoom In": the incoming slide zooms in from a point or an edge.
+// "Zoom In": the incoming slide grows from nothing, out of the centre or an edge or corner of the stage.
 #pragma once
 
-#include "effects/Transition.h"
+#include "effects/transitions/Zoom.h"
 
 namespace quillet {
 
-class ZoomInTransition : public TransitionClass<ZoomInTransition> {
+class ZoomInTransition : public TransitionClass<ZoomInTransition, ZoomTransition> {
 public:
     ZoomInTransition();
-    int32_t direction() const { return options().Int(0); }
 };
 
 }  // namespace quillet

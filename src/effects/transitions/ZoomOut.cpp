@@ -1,9 +1,7 @@
 #include "effects/transitions/ZoomOut.h"
 
-#include "effects/transitions/KeywordTables.h"
-
 namespace quillet {
 
-ZoomOutTransition::ZoomOutTransition() : TransitionClass("Zoom Out", kZoomOptions) {}
+ZoomOutTransition::ZoomOutTransition() : TransitionClass("Zoom Out", false) {}
 
 }  // namespace quillet

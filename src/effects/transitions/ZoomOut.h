@@ -1,14 +1,13 @@
-// "Zoom Out": the outgoing slide zooms out to a point or an edge.
+// "Zoom Out": the outgoing slide shrinks to nothing, into the centre or an edge or corner of the stage.
 #pragma once
 
-#include "effects/Transition.h"
+#include "effects/transitions/Zoom.h"
 
 namespace quillet {
 
-class ZoomOutTransition : public TransitionClass<ZoomOutTransition> {
+class ZoomOutTransition : public TransitionClass<ZoomOutTransition, ZoomTransition> {
 public:
     ZoomOutTransition();
-    int32_t direction() const { return options().Int(0); }
 };
 
 }  // namespace quillet
