@@ -2,6 +2,6 @@
 
 namespace quillet {
 
-BlindsInTransition::BlindsInTransition() : TransitionClass("Blinds In") {}
+BlindsInTransition::BlindsInTransition() : TransitionClass("Blinds In", true) {}
 
 }  // namespace quillet

@@ -2,6 +2,6 @@
 
 namespace quillet {
 
-BlindsOutTransition::BlindsOutTransition() : TransitionClass("Blinds Out") {}
+BlindsOutTransition::BlindsOutTransition() : TransitionClass("Blinds Out", false) {}
 
 }  // namespace quillet

@@ -1,4 +1,4 @@
-// "Blinds Out": venetian blinds close over the outgoing slide and open again onto the incoming one.
+// "Blinds Out": venetian blinds close over the outgoing slide, uncovering the incoming one.
 #pragma once
 
 #include "effects/transitions/Blinds.h"
