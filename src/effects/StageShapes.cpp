@@ -29,7 +29,7 @@ int64_t Winding(const StagePolygon& p) {
 void AppendEdges(const StagePolygon& p, bool reversed, bool fill, std::vector<SwfShapeRecord>& out, SwfRect& bounds,
                  bool& first) {
     if (p.empty()) return;
-    auto at = [&](size_t i) { return reversed ? p[(p.size() - i) % p.size()] : p[i]; };
+    auto at = [&](size_t i) { return reversed ? p[(p.size() - i) % p.size()] : p[i % p.size()]; };
     SwfShapeRecord move = SwfShapeRecord::Move(at(0).first, at(0).second);
     if (fill) {
         move.hasFill1 = true;
