@@ -9,6 +9,7 @@
 #include <numbers>
 
 #include "effects/SlideRender.h"
+#include "effects/StageShapes.h"
 #include "effects/Transition.h"
 #include "effects/transitions/ColorFade.h"
 #include "effects/transitions/Spin.h"
@@ -263,4 +264,50 @@ TEST(TransitionRender, SpinsTurnAboutThePlacementPointAndEndUprightOrGone) {
         EXPECT_NEAR(std::atan2(m.rotateSkew0, m.scaleX) * 180 / std::numbers::pi, f == 11 ? 0 : 180.0 * (f + 1) / 12, 0.01);
     }
     EXPECT_TRUE(r.Removes(12, 3));
+}
+
+TEST(StageShapes, MorphPolygonsCloseInBothStatesWithMatchingRecords) {
+    // Clockwise, counter-clockwise, and one that starts as a point.
+    const std::vector<StagePolygon> start = {RectanglePolygon(0, 0, 400, 200),
+                                             {{1000, 1000}, {1000, 1300}, {1500, 1000}},
+                                             {{3000, 3000}, {3000, 3000}, {3000, 3000}, {3000, 3000}}};
+    const std::vector<StagePolygon> end = {RectanglePolygon(-100, -50, 600, 300),
+                                           {{900, 900}, {900, 1500}, {1700, 900}},
+                                           RectanglePolygon(2000, 2000, 2000, 2000)};
+    test::TempDir dir;
+    uint32_t nextId = 0, nextDepth = 0;
+    {
+        SwfWriter writer;
+        writer.Setup(kW, kH, 12.0f, 6);
+        ASSERT_TRUE(writer.Open(dir.file("m.swf"), true));
+        MovieContext ctx{writer, 12.0f, nextId, nextDepth};
+        DefineMorphPolygons(start, end, ctx);
+        writer.AddTag(std::make_unique<EndTag>());
+        writer.Close();
+    }
+    SwfReader reader;
+    ASSERT_TRUE(reader.ReadFile(dir.file("m.swf"))) << reader.Error();
+    const DefineMorphShapeTag* morph = nullptr;
+    for (auto& tag : reader.Tags())
+        if (auto* m = dynamic_cast<DefineMorphShapeTag*>(tag.get())) morph = m;
+    ASSERT_NE(morph, nullptr);
+    ASSERT_EQ(morph->startEdges.records.size(), morph->endEdges.records.size());
+    for (const SwfShape* edges : {&morph->startEdges, &morph->endEdges}) {
+        int paths = 0;
+        int64_t sumX = 0, sumY = 0;
+        for (size_t i = 0; i <= edges->records.size(); ++i) {
+            const bool move = i == edges->records.size() || edges->records[i].kind == SwfShapeRecord::Kind::StyleChange;
+            if (move && i > 0) {
+                EXPECT_EQ(sumX, 0) << "path " << paths;  // each polygon comes back to its first point
+                EXPECT_EQ(sumY, 0) << "path " << paths;
+            }
+            if (move) {
+                ++paths, sumX = sumY = 0;
+                continue;
+            }
+            EXPECT_EQ(edges->records[i].kind, morph->startEdges.records[i].kind);
+            sumX += edges->records[i].dx, sumY += edges->records[i].dy;
+        }
+        EXPECT_EQ(paths, 4);  // three polygons, and the end
+    }
 }
