@@ -8,6 +8,8 @@ namespace quillet {
 class PageFlipTransition : public TransitionClass<PageFlipTransition> {
 public:
     PageFlipTransition();
+
+    bool Render(SlideOnStage* incoming, SlideOnStage* outgoing, MovieContext& ctx) const override;
 };
 
 }  // namespace quillet

@@ -9,6 +9,8 @@ namespace quillet {
 class SlideTriangleOpenTransition : public TransitionClass<SlideTriangleOpenTransition> {
 public:
     SlideTriangleOpenTransition();
+
+    bool Render(SlideOnStage* incoming, SlideOnStage* outgoing, MovieContext& ctx) const override;
     int32_t direction() const { return options().Int(0); }
 };
 

@@ -10,6 +10,8 @@ class WindowTransition : public TransitionClass<WindowTransition> {
 public:
     WindowTransition();
 
+    bool Render(SlideOnStage* incoming, SlideOnStage* outgoing, MovieContext& ctx) const override;
+
     int32_t type() const { return options().Int(0); }           // `type`: the shape, closing or opening
     bool spin() const { return options().Bool(1); }              // not saved
     float spinCount() const { return options().Float(2); }       // not saved
