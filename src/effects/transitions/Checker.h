@@ -18,7 +18,7 @@ struct CheckerGrid {
     int columns() const { return static_cast<int>(xs.size()) - 1; }
     int rows() const { return static_cast<int>(ys.size()) - 1; }
 };
-constexpr int kMaxCheckerCells = 2048;
+constexpr int kMaxCheckerCells = 1024;
 CheckerGrid MakeCheckerGrid(const StageArea& area, int32_t cellWidth, int32_t cellHeight);
 
 // The cells (row * columns + column) in the order they come on, for one of
