@@ -51,7 +51,9 @@ bool WipeOn2Transition::Render(SlideOnStage* incoming, SlideOnStage* outgoing, M
     // Band j's edge leads band j + 1 by one step. At rest every edge is
     // behind the stage; the mask then travels until the last band's edge
     // is past it.
-    const double step = (uMax - uMin) / kBands;
+    // The steps together span a third of the way, so even a corner-first
+    // wipe has uncovered a fair part of the stage a quarter of the way in.
+    const double step = (uMax - uMin) / (3.0 * (kBands - 1));
     const double lead = uMin - (kBands - 1) * step;
     const double travel = uMax - lead + kMargin;
     const double tail = lead - travel - kMargin;
