@@ -68,7 +68,14 @@ PageFlipTransition::PageFlipTransition() : TransitionClass("Page Flip") {}
 bool PageFlipTransition::Render(SlideOnStage* incoming, SlideOnStage* outgoing, MovieContext& ctx) const {
     if (!placesSlides()) return true;
     const int n = FrameCount(ctx.fps);
-    if (n <= 1) return Transition::Render(incoming, outgoing, ctx);
+    if (n <= 0) return Transition::Render(incoming, outgoing, ctx);
+    if (n == 1) {
+        // The only frame is the page turned.
+        PlaceSlide(incoming, ctx);
+        EndFrame(ctx);
+        RemoveSlide(outgoing, ctx);
+        return true;
+    }
 
     const int32_t width = ctx.StageWidth(), height = ctx.StageHeight(), spine = width / 2;
     const double half = width - spine, middle = height / 2.0;

@@ -65,7 +65,8 @@ StagePolygon Star(int points, double inner) {
     for (int k = 0; k < 2 * points; ++k) {
         const double a = k * std::numbers::pi / points;
         const double r = (k % 2 == 0 ? 1.0 : inner) * kRadius;
-        p.emplace_back(static_cast<int32_t>(std::lround(r * std::sin(a))), static_cast<int32_t>(std::lround(-r * std::cos(a))));
+        p.emplace_back(static_cast<int32_t>(std::lround(r * std::sin(a))),
+                       static_cast<int32_t>(std::lround(-r * std::cos(a))));
     }
     return p;
 }
@@ -80,11 +81,13 @@ constexpr double kStar12Inner = 0.62;  // the twelve-point star's
 double CoverScale(const StagePolygon& outline, double w, double h) {
     double worst = 0;
     auto ray = [&](double dx, double dy) {
-        const double stage = std::min(dx != 0 ? w / 2 / std::abs(dx) : HUGE_VAL, dy != 0 ? h / 2 / std::abs(dy) : HUGE_VAL);
+        const double stage =
+            std::min(dx != 0 ? w / 2 / std::abs(dx) : HUGE_VAL, dy != 0 ? h / 2 / std::abs(dy) : HUGE_VAL);
         double reach = HUGE_VAL;
         for (size_t i = 0; i < outline.size(); ++i) {
+            const StagePoint& next = outline[(i + 1) % outline.size()];
             const double ax = outline[i].first, ay = outline[i].second;
-            const double ex = outline[(i + 1) % outline.size()].first - ax, ey = outline[(i + 1) % outline.size()].second - ay;
+            const double ex = next.first - ax, ey = next.second - ay;
             const double den = dx * ey - dy * ex;
             if (den == 0) continue;
             const double t = (ax * ey - ay * ex) / den, u = (ax * dy - ay * dx) / den;
@@ -93,7 +96,10 @@ double CoverScale(const StagePolygon& outline, double w, double h) {
         worst = std::max(worst, stage / reach);
     };
     constexpr int kRays = 7200;
-    for (int k = 0; k < kRays; ++k) ray(std::sin(2 * std::numbers::pi * k / kRays), -std::cos(2 * std::numbers::pi * k / kRays));
+    for (int k = 0; k < kRays; ++k) {
+        const double a = 2 * std::numbers::pi * k / kRays;
+        ray(std::sin(a), -std::cos(a));
+    }
     for (const StagePoint& q : outline) ray(q.first, q.second);
     for (double sx : {-1.0, 1.0})
         for (double sy : {-1.0, 1.0}) ray(sx * w, sy * h);
