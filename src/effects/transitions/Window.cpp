@@ -158,7 +158,7 @@ bool WindowTransition::Render(SlideOnStage* incoming, SlideOnStage* outgoing, Mo
     const auto shape = static_cast<Shape>(index / 2);
     const bool opens = index % 2 == 1;
     const double w = ctx.StageWidth(), h = ctx.StageHeight();
-    double turn = spin() ? std::fmod(static_cast<double>(spinCount()), 1e6) * 360.0 : 0.0;
+    double turn = spin() ? static_cast<double>(spinCount()) * 360.0 : 0.0;
     if (!spinClockwise()) turn = -turn;
 
     // The window at `p` of the way: an opening one grows from a point and
