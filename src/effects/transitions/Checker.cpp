@@ -158,11 +158,14 @@ bool CheckerTransition::Render(SlideOnStage* incoming, SlideOnStage* outgoing, M
     const std::vector<int> order = CheckerOrder(columns, grid.rows(), direction());
 
     // Waves: runs of the order that start together. Appearing cells take no
-    // time, so they can start in every frame; animated ones start in the
-    // first (1 - kCellShare) of the transition.
+    // time, so a wave can come on in every frame, each at the start of its
+    // turn (the first in the first frame); animated ones start in the first
+    // (1 - kCellShare) of the transition, the last ending on the last frame.
     const double share = kind == kAppear ? 0.0 : kCellShare;
     const int sides = kind == kDropRandom ? 4 : 1;
-    const int startFrames = kind == kAppear ? n : static_cast<int>((1.0 - share) * n) + 1;
+    // One more appearing wave than frames: the first frame then shows more
+    // than the first wave, and no frame before the last shows everything.
+    const int startFrames = kind == kAppear ? n + 1 : static_cast<int>((1.0 - share) * n) + 1;
     const int waves = std::max(1, std::min({cells, startFrames, (kind == kDropRandom ? kMaxRandomPieces : kMaxPieces) / sides}));
 
     struct Piece {
@@ -175,7 +178,7 @@ bool CheckerTransition::Render(SlideOnStage* incoming, SlideOnStage* outgoing, M
     for (int w = 0; w < waves; ++w)
         for (int s = 0; s < sides; ++s) {
             Piece& piece = pieces[static_cast<size_t>(w * sides + s)];
-            piece.start = kind == kAppear ? static_cast<double>(w + 1) / waves
+            piece.start = kind == kAppear ? static_cast<double>(w) / waves
                           : waves > 1     ? (1.0 - share) * w / (waves - 1)
                                           : 0.0;
             piece.side = kind == kDropRandom ? s : kind - kDropLeft;
