@@ -18,11 +18,14 @@ cp node_modules/@ruffle-rs/ruffle/*.js node_modules/@ruffle-rs/ruffle/*.wasm "$O
 "$QUILLET" info "$OUT/demo.swf" | sed -n 1,6p
 sed -e 's/@MOVIE@/demo.swf/' -e 's/@WIDTH@/640/' -e 's/@HEIGHT@/480/' demo/page.html > "$OUT/index.html"
 
-# A look at the movie as Ruffle plays it, one frame a second.
+# A look at the movie as Ruffle plays it: one frame every 1.5 s, which lands in
+# most of the show's transitions, and a contact sheet of them all.
 if [ -f tests/e2e/lib/ruffle-shoot.mjs ]; then
+  times=$(seq -s, 1000 1500 95000)
   node tests/e2e/lib/ruffle-shoot.mjs --movie "$OUT/demo.swf" --size 640x480 \
-    --times 1000,3000,5000,8000,12000,16000,20000 --out "$OUT/frames" --name demo >/dev/null &&
-    echo "demo: screenshots in $OUT/frames"
+    --times "$times" --out "$OUT/frames" --name demo >/dev/null &&
+    montage $(ls -v "$OUT"/frames/demo-*ms.png) -tile 8x -geometry 160x120+2+2 "$OUT/frames/sheet.png" &&
+    echo "demo: screenshots and a contact sheet (sheet.png) in $OUT/frames"
 fi
 
 echo "demo: wrote $OUT/demo.swf and $OUT/index.html"

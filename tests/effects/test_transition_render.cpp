@@ -33,15 +33,15 @@ struct Rendered {
     SlideOnStage in, out;
 
     Rendered(std::unique_ptr<Transition> t, uint32_t ms, bool withOutgoing = true,
-             SlideOnStage incoming = {10, 2, SwfMatrix(), 0, 0, kW, kH, 2, ""})
+             SlideOnStage incoming = {10, 2, SwfMatrix(), 0, 0, kW, kH, 2, ""}, float fps = 12.0f)
         : in(incoming), out{5, 1, SwfMatrix::Scale(0x13333, 0x13333, -400, -300), 0, 0, kW, kH, 1, ""} {
         test::TempDir dir;
         uint32_t nextId = 10, nextDepth = 2;
         {
             SwfWriter writer;
-            writer.Setup(kW, kH, 12.0f, 6);
+            writer.Setup(kW, kH, fps, 6);
             EXPECT_TRUE(writer.Open(dir.file("t.swf"), true));
-            MovieContext ctx{writer, 12.0f, nextId, nextDepth};
+            MovieContext ctx{writer, fps, nextId, nextDepth};
             t->SetDuration(ms);
             EXPECT_TRUE(t->Render(&in, withOutgoing ? &out : nullptr, ctx));
             writer.AddTag(std::make_unique<EndTag>());
@@ -108,26 +108,45 @@ TEST(TransitionRender, EveryTransitionKeepsTheDisplayListConsistent) {
     // Places only on free depths, changes and removals only on used ones, and
     // in the end the incoming slide alone remains, on the depth it now claims.
     const auto& registry = TransitionRegistry::instance();
+    // A slide smaller than the stage, off its corner, and the frame rates at both ends.
+    const SlideOnStage small{10, 2, SwfMatrix(), 2000, 1000, kW / 3, kH / 2, 2, ""};
+    const struct {
+        uint32_t ms;
+        float fps;
+    } kTimings[] = {{0, 12}, {80, 12}, {1500, 12}, {1000, 1}, {1000, 120}};
     for (size_t i = 0; i < registry.count(); ++i)
-        for (uint32_t ms : {0u, 80u, 1500u})
+        for (const auto& timing : kTimings)
             for (bool withOutgoing : {false, true}) {
-                Rendered r(registry.At(int(i))->Clone(), ms, withOutgoing);
-                SCOPED_TRACE(registry.At(int(i))->name() + " " + std::to_string(ms) + (withOutgoing ? " out" : ""));
+                const uint32_t ms = timing.ms;
+                Rendered r(registry.At(int(i))->Clone(), ms, withOutgoing, small, timing.fps);
+                SCOPED_TRACE(registry.At(int(i))->name() + " " + std::to_string(ms) + " ms at " +
+                             std::to_string(timing.fps) + (withOutgoing ? " out" : ""));
                 std::map<uint16_t, uint16_t> list;  // depth -> character
+                std::map<uint16_t, SwfMatrix> matrix;
+                std::map<uint16_t, int> alpha;
                 if (withOutgoing) list[1] = 5;
                 for (const auto& frame : r.frames)
                     for (SwfTag* tag : frame) {
                         if (auto* p = dynamic_cast<PlaceObject2Tag*>(tag)) {
                             EXPECT_EQ(list.count(p->depth), p->move ? 1u : 0u) << "depth " << p->depth;
-                            if (!p->move) list[p->depth] = *p->characterId;
+                            if (!p->move) list[p->depth] = *p->characterId, alpha[p->depth] = 256;
+                            if (p->matrix) matrix[p->depth] = *p->matrix;
+                            if (p->colorTransform) alpha[p->depth] = p->colorTransform->alphaMult;
                         } else if (auto* rm = dynamic_cast<RemoveObject2Tag*>(tag)) {
                             EXPECT_EQ(list.erase(rm->depth), 1u) << "depth " << rm->depth;
                         }
                     }
+                // The incoming slide alone is left, exactly in place and opaque.
                 EXPECT_EQ(list, (std::map<uint16_t, uint16_t>{{r.in.depth, 10}}));
-                if (ms == 0) {
-                    EXPECT_EQ(r.FrameCount(), 0u);
-                }
+                EXPECT_EQ(matrix[r.in.depth], SwfMatrix::Translate(small.x, small.y));
+                EXPECT_EQ(alpha[r.in.depth], 256);
+                // Every class takes its frames; Color Fade an even number, Fade
+                // Out none without a slide to fade, and "None" none at all.
+                const auto& t = *registry.At(int(i));
+                auto frames = static_cast<uint32_t>(ms * 0.001 * timing.fps + 0.5);
+                if (t.name() == "Color Fade") frames -= frames % 2;
+                if ((t.name() == "Fade Out" && !withOutgoing) || t.name() == "None") frames = 0;
+                EXPECT_EQ(r.FrameCount(), frames);
             }
 }
 
