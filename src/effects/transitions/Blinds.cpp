@@ -42,11 +42,12 @@ bool BlindsTransition::Render(SlideOnStage* incoming, SlideOnStage* outgoing, Mo
     if (!placesSlides()) return true;
     const int n = FrameCount(ctx.fps);
     SlideOnStage* masked = opening_ ? incoming : outgoing;
-    if (n <= 0 || !masked || masked->characterId == 0) {
-        // Nothing to open or close: the slides change at once, the frames
-        // still pass.
-        Transition::Render(incoming, outgoing, ctx);
+    if (n <= 0) return Transition::Render(incoming, outgoing, ctx);
+    if (!masked || masked->characterId == 0) {
+        // Nothing to open or close: the frames pass and the slides change.
+        PlaceSlide(incoming, ctx);
         for (int i = 0; i < n; ++i) EndFrame(ctx);
+        RemoveSlide(outgoing, ctx);
         return true;
     }
 
@@ -55,19 +56,19 @@ bool BlindsTransition::Render(SlideOnStage* incoming, SlideOnStage* outgoing, Mo
     const uint16_t shapeId = DefineMorphPolygons(slats.start, slats.end, ctx);
     uint16_t maskDepth = 0;
     if (opening_) {
-        maskDepth = PlaceMaskedSlide(incoming, shapeId, ctx, {}, MorphRatio(0));
+        maskDepth = PlaceMaskedSlide(incoming, shapeId, ctx, {}, MorphRatio(1.0 / n));
     } else {
         PlaceSlide(incoming, ctx);
-        maskDepth = static_cast<uint16_t>(PlaceMaskedCopy(outgoing, shapeId, ctx, {}, MorphRatio(0)) - 1);
+        maskDepth = static_cast<uint16_t>(PlaceMaskedCopy(outgoing, shapeId, ctx, {}, MorphRatio(1.0 / n)) - 1);
         // The copy stands in for the outgoing slide, whose depth is free again.
         RemoveSlide(outgoing, ctx);
     }
     for (int i = 1; i <= n; ++i) {
-        if (i < n) {
+        if (i > 1 && i < n) {
             auto modify = PlaceObject2Tag::Modify(maskDepth);
             modify->ratio = MorphRatio(static_cast<double>(i) / n);
             ctx.movie.AddTag(std::move(modify));
-        } else {
+        } else if (i == n) {
             // The last frame shows the incoming slide alone and whole: the
             // slats would only cover it all (opening) or nothing (closing).
             if (!opening_) RemoveDepth(static_cast<uint16_t>(maskDepth + 1), ctx);

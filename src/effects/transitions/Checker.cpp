@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <numeric>
+#include <optional>
 
 #include "effects/StageShapes.h"
 
@@ -47,7 +48,6 @@ constinit const OptionSpec kOptions[] = {
     HiddenOption(OptionKind::Integer, 1600, 20, 100000),  // cell width, twips
     HiddenOption(OptionKind::Integer, 1600, 20, 100000),  // cell height
 };
-
 
 enum Type { kAppear, kFadeIn, kZoomIn, kDropLeft, kDropRight, kDropUp, kDropDown, kDropRandom };
 
@@ -158,13 +158,13 @@ bool CheckerTransition::Render(SlideOnStage* incoming, SlideOnStage* outgoing, M
     const std::vector<int> order = CheckerOrder(columns, grid.rows(), direction());
 
     // Waves: runs of the order that start together. Appearing cells take no
-    // time, so a wave can come on in every frame, each at the start of its
-    // turn (the first in the first frame); animated ones start in the first
-    // (1 - kCellShare) of the transition, the last ending on the last frame.
+    // time: each wave comes on at the start of its turn (the first in the
+    // first frame), and there may be one more wave than frames, so that at a
+    // low frame rate the first frame does not already show them all.
+    // Animated waves start in the first (1 - kCellShare) of the transition,
+    // the last ending on the last frame.
     const double share = kind == kAppear ? 0.0 : kCellShare;
     const int sides = kind == kDropRandom ? 4 : 1;
-    // One more appearing wave than frames: the first frame then shows more
-    // than the first wave, and no frame before the last shows everything.
     const int startFrames = kind == kAppear ? n + 1 : static_cast<int>((1.0 - share) * n) + 1;
     const int waves = std::max(1, std::min({cells, startFrames, (kind == kDropRandom ? kMaxRandomPieces : kMaxPieces) / sides}));
 

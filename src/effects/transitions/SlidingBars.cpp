@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <map>
+#include <optional>
 
 #include "effects/StageShapes.h"
 
@@ -68,8 +69,8 @@ bool SlidingBarsTransition::Render(SlideOnStage* incoming, SlideOnStage* outgoin
     const int32_t w = ctx.StageWidth(), h = ctx.StageHeight();
     const SlidingBarLayout layout = MakeSlidingBars(HomeArea(incoming ? *incoming : SlideOnStage{}, ctx),
                                                     barCount(), direction());
-    // The start slots: ranks folded so that no two slots start in the same
-    // frame and there are at most kMaxStarts of them.
+    // The start slots: neighbouring ranks folded together, so that there are
+    // no more slots than frames to start in, and at most kMaxStarts.
     const double share = layout.ranks > 1 ? kStaggeredShare : 1.0;
     const int lastStartFrame = static_cast<int>((1.0 - share) * n);
     const int slots = std::min({layout.ranks, lastStartFrame + 1, kMaxStarts});
@@ -81,7 +82,6 @@ bool SlidingBarsTransition::Render(SlideOnStage* incoming, SlideOnStage* outgoin
         std::vector<StagePolygon> strips;
         bool fromFar = false;
         double start = 0;
-        uint16_t shapeId = 0;
         std::optional<MaskedPiece> piece;
     };
     std::map<std::pair<int, bool>, Group> groups;
@@ -120,8 +120,7 @@ bool SlidingBarsTransition::Render(SlideOnStage* incoming, SlideOnStage* outgoin
             if (g.piece) {
                 g.piece->Update(state, ctx);
             } else {
-                g.shapeId = DefinePolygons(g.strips, ctx);
-                g.piece.emplace(*incoming, g.shapeId, false, state, ctx);
+                g.piece.emplace(*incoming, DefinePolygons(g.strips, ctx), false, state, ctx);
             }
         }
         if (i == n && shown) SetOpacity(incoming->depth, 1.0, ctx);
