@@ -198,12 +198,18 @@ TEST(TransitionBars, EveryOptionShowsOnlyTheSlidesAndLandsTheIncomingOneInPlace)
     struct Sweep {
         const char* name;
         size_t option;
-        int values;
+        std::vector<int> values;
     };
-    const Sweep sweeps[] = {{"Sliding Bars", 0, 10}, {"Blinds In", 0, 4}, {"Blinds Out", 0, 4},
-                            {"Checker", 0, 8},       {"Checker", 1, 17}};
+    auto all = [](int count) {
+        std::vector<int> values(static_cast<size_t>(count));
+        for (int i = 0; i < count; ++i) values[static_cast<size_t>(i)] = i;
+        return values;
+    };
+    const Sweep sweeps[] = {{"Sliding Bars", 0, all(10)}, {"Sliding Bars", 1, {1, 100}}, {"Blinds In", 0, all(4)},
+                            {"Blinds In", 1, {1, 200}},   {"Blinds Out", 0, all(4)},     {"Blinds Out", 1, {200}},
+                            {"Checker", 0, all(8)},       {"Checker", 1, all(17)}};
     for (const Sweep& sweep : sweeps)
-        for (int value = 0; value < sweep.values; ++value)
+        for (int value : sweep.values)
             for (float fps : {1.0f, 12.0f, 120.0f})
                 for (const Stage& setup : setups) {
                     auto t = TransitionRegistry::instance().Find(sweep.name)->Clone();
