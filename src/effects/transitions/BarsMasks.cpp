@@ -38,10 +38,6 @@ std::vector<int32_t> Cuts(int32_t start, int32_t length, int parts) {
     return cuts;
 }
 
-StagePolygon MorphRectangle(int32_t x, int32_t y, int32_t width, int32_t height) {
-    return {{x, y}, {x, y + height}, {x + width, y + height}, {x + width, y}};
-}
-
 int32_t Remaining(int32_t distance, double progress) {
     return static_cast<int32_t>(std::trunc(distance * (1.0 - std::clamp(progress, 0.0, 1.0))));
 }

@@ -27,12 +27,6 @@ StageArea HomeArea(const SlideOnStage& slide, const MovieContext& ctx);
 // whole twips, as even as can be: parts + 1 values from start to start + length.
 std::vector<int32_t> Cuts(int32_t start, int32_t length, int parts);
 
-// A rectangle for DefineMorphPolygons, running counter-clockwise on the
-// screen (top-left, bottom-left, bottom-right, top-right). DefineMorphPolygons
-// reads one point past the end of a polygon it keeps in its own direction,
-// so its polygons have to be ones it reverses.
-StagePolygon MorphRectangle(int32_t x, int32_t y, int32_t width, int32_t height);
-
 // Where a piece stands in one frame.
 struct PieceState {
     int32_t maskX = 0, maskY = 0;    // the mask moved away from where its shape lies

@@ -23,11 +23,11 @@ BlindSlats MakeBlindSlats(const StageArea& area, int count, int direction, bool 
         const int32_t line = lineBefore ? a : b;
         StagePolygon whole, thin;
         if (horizontal) {
-            whole = MorphRectangle(area.x, a, area.width, b - a);
-            thin = MorphRectangle(area.x, line, area.width, 0);
+            whole = RectanglePolygon(area.x, a, area.width, b - a);
+            thin = RectanglePolygon(area.x, line, area.width, 0);
         } else {
-            whole = MorphRectangle(a, area.y, b - a, area.height);
-            thin = MorphRectangle(line, area.y, 0, area.height);
+            whole = RectanglePolygon(a, area.y, b - a, area.height);
+            thin = RectanglePolygon(line, area.y, 0, area.height);
         }
         slats.start.push_back(opening ? thin : whole);
         slats.end.push_back(opening ? whole : thin);

@@ -191,8 +191,8 @@ bool CheckerTransition::Render(SlideOnStage* incoming, SlideOnStage* outgoing, M
         const int c = cell % columns, r = cell / columns;
         const int32_t x = grid.xs[c], y = grid.ys[r], w = grid.xs[c + 1] - x, h = grid.ys[r + 1] - y;
         if (kind == kZoomIn) {
-            piece.from.push_back(MorphRectangle(x + w / 2, y + h / 2, 0, 0));
-            piece.to.push_back(MorphRectangle(x, y, w, h));
+            piece.from.push_back(RectanglePolygon(x + w / 2, y + h / 2, 0, 0));
+            piece.to.push_back(RectanglePolygon(x, y, w, h));
         } else {
             piece.to.push_back(RectanglePolygon(x, y, w, h));
         }
