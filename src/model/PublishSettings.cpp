@@ -112,7 +112,7 @@ PublishSettings::PublishSettings() { reset(); }
 void PublishSettings::reset() {
     output = AppSettings::current().defaultPublishPath;
     useDefaultBaseFilename = true;
-    for (PublishTarget* t : {&swf, &flv, &html, &macProjector, &winProjector, &quicktime, &screensaver})
+    for (PublishTarget* t : {&swf, &flv, &html, &macProjector, &winProjector, &quicktime, &screensaver, &rufflePage})
         *t = PublishTarget{};
     swf.publish = true;
     html.publish = true;
@@ -135,12 +135,13 @@ void PublishSettings::setBaseFilename(const std::string& base) {
     quicktime.filename = base + ".mov";
     screensaver.filename = base + ".scr";
     installerFilename = base + "SS.exe";
+    rufflePage.filename = base + "-ruffle.html";
     htmlSettings.swf = swf.filename;
 }
 
 bool PublishSettings::anyTarget() const {
     return swf.publish || flv.publish || html.publish || macProjector.publish || winProjector.publish ||
-           quicktime.publish || screensaver.publish || publishInstaller;
+           quicktime.publish || screensaver.publish || publishInstaller || rufflePage.publish;
 }
 
 void PublishSettings::Write(XmlWriter& w) const {
@@ -180,6 +181,12 @@ void PublishSettings::Write(XmlWriter& w) const {
     w.attribute("installer_filename", installerFilename);
     w.write(">\n<screensaver_swf />\n</screensaver>\n");
 
+    // Only when on, so projects without it save as they always have.
+    if (rufflePage.publish) {
+        writeTargetStart(w, "ruffle_page", rufflePage.publish, rufflePage.filename);
+        w.write(" />\n");
+    }
+
     w.write("</publish_data>\n");
 }
 
@@ -187,6 +194,8 @@ void PublishSettings::Read(const XmlNode& e, const std::string& projectFolder) {
     if (e.readString("output", output)) output = resolveAgainst(projectFolder, output);
     e.readBool("use_default_base_filename", useDefaultBaseFilename);
     e.readString("default_base_filename", defaultBaseFilename);
+    // Saved only when switched on: otherwise its name follows the base name.
+    rufflePage.filename = defaultBaseFilename + "-ruffle.html";
     for (const XmlNode& c : e.children()) {
         std::string name = c.name();
         if (name == "swf") {
@@ -208,6 +217,8 @@ void PublishSettings::Read(const XmlNode& e, const std::string& projectFolder) {
             readTarget(c, screensaver);
             c.readBool("publish_installer", publishInstaller);
             c.readString("installer_filename", installerFilename);
+        } else if (name == "ruffle_page") {
+            readTarget(c, rufflePage);
         }
     }
 }

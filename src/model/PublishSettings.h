@@ -85,6 +85,9 @@ public:
     bool publishInstaller = false;  // the screensaver installer
     std::string installerFilename;
     bool replaceInstaller = true;   // not saved, like PublishTarget::replace
+    // A page that plays the movie in Ruffle ("%s-ruffle.html"), element
+    // `ruffle_page`, written only when switched on.
+    PublishTarget rufflePage;
 
     HtmlSettings htmlSettings;
     ProjectorSettings macProjectorSettings, winProjectorSettings;
@@ -95,7 +98,8 @@ public:
     // into the settings' default publish folder, every name from "Untitled".
     void reset();
     // Sets the base name and derives the default file names from it:
-    // "%s.swf", "%s.flv", "%s.html", "%s.hqx", "%s.exe", "%s.mov", "%s.scr", "%sSS.exe".
+    // "%s.swf", "%s.flv", "%s.html", "%s.hqx", "%s.exe", "%s.mov", "%s.scr", "%sSS.exe",
+    // "%s-ruffle.html".
     void setBaseFilename(const std::string& base);
     bool anyTarget() const;
 

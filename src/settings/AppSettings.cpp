@@ -120,6 +120,9 @@ void AppSettings::resetToDefaults() {
     readExifData = false;
     warnTigerVersion = true;
     customColors.fill(0xFFFFFF);
+    publishPlayerDownloadUrl = kDefaultPlayerDownloadUrl;
+    publishPluginPageUrl = kDefaultPluginPageUrl;
+    publishPlayersPath.clear();
 }
 
 void AppSettings::readFrom(const SettingsStore& s, const RecentList::ExistsCheck& exists) {
@@ -158,6 +161,9 @@ void AppSettings::readFrom(const SettingsStore& s, const RecentList::ExistsCheck
     readBool(s, "warn_tiger_version", warnTigerVersion);
     for (size_t i = 0; i < customColors.size(); ++i)
         if (auto v = s.dword("custcol_" + std::to_string(i))) customColors[i] = *v;
+    readString(s, "publish_player_download_url", publishPlayerDownloadUrl, kMaxPath);
+    readString(s, "publish_plugin_page_url", publishPluginPageUrl, kMaxPath);
+    readString(s, "publish_players_path", publishPlayersPath, kMaxPath);
 }
 
 void AppSettings::writeTo(SettingsStore& s) const {
@@ -195,6 +201,11 @@ void AppSettings::writeTo(SettingsStore& s) const {
     s.setDword("read_exif_data", readExifData);
     s.setDword("warn_tiger_version", warnTigerVersion);
     for (size_t i = 0; i < customColors.size(); ++i) s.setDword("custcol_" + std::to_string(i), customColors[i]);
+    // Written only when changed, so a settings file stays as it always was.
+    if (publishPlayerDownloadUrl != kDefaultPlayerDownloadUrl)
+        s.setString("publish_player_download_url", publishPlayerDownloadUrl);
+    if (publishPluginPageUrl != kDefaultPluginPageUrl) s.setString("publish_plugin_page_url", publishPluginPageUrl);
+    if (!publishPlayersPath.empty()) s.setString("publish_players_path", publishPlayersPath);
 }
 
 bool AppSettings::load(std::string* error) { return load(settingsFilePath(), error); }

@@ -27,6 +27,10 @@ public:
     // as the strings "left", "center", "right" / "top", "center", "bottom").
     enum Align : int { AlignStart = 0, AlignCenter = 1, AlignEnd = 2 };
 
+    static constexpr const char* kDefaultPlayerDownloadUrl =
+        "http://download.macromedia.com/pub/shockwave/cabs/flash/swflash.cab";
+    static constexpr const char* kDefaultPluginPageUrl = "http://www.macromedia.com/shockwave/download/index.cgi";
+
     AppSettings();
 
     // The settings of this run: defaults until someone loads them. New slides
@@ -78,6 +82,13 @@ public:
     bool readExifData = false;
     bool warnTigerVersion = true;    // true: the warning is still shown
     std::array<uint32_t, 16> customColors;  // 0x00BBGGRR, white by default
+    // Published pages: where a browser without the player is sent (the OBJECT's
+    // codebase and the EMBED's plug-in page), and the folder of the player
+    // images projectors are made from (windows-player.exe, mac-player.data,
+    // mac-player.rsrc). Saved only when set to something else.
+    std::string publishPlayerDownloadUrl = kDefaultPlayerDownloadUrl;
+    std::string publishPluginPageUrl = kDefaultPluginPageUrl;
+    std::string publishPlayersPath;
 
     bool operator==(const AppSettings&) const = default;
 };
