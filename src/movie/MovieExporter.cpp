@@ -4,6 +4,8 @@
 #include <filesystem>
 #include <system_error>
 
+#include "effects/CaptionSprite.h"
+#include "effects/FontFace.h"
 #include "effects/SlideRender.h"
 #include "io/DiskCache.h"
 #include "io/TempFolder.h"
@@ -87,6 +89,25 @@ SlideStepInput StepInput(const SlideShow& show, const Slide& slide, const SlideI
     return in;
 }
 
+// Every caption is noted before anything is written, so that each face is
+// defined once with all the characters the movie draws in it.
+void CollectCaptions(const SlideShow& show, CaptionWriter& captions) {
+    for (size_t i = 0; i < show.captions.items.size(); ++i)
+        captions.Collect(show.captions.items[i], CaptionName(static_cast<int>(i) + 1, 0));
+    for (int s = 0; s < show.count(); ++s) {
+        const auto& items = show.slideAt(s)->captions.items;
+        for (size_t i = 0; i < items.size(); ++i) captions.Collect(items[i], CaptionName(static_cast<int>(i) + 1, s + 1));
+    }
+}
+
+// The show's own captions, placed with the first slide at the top depths and
+// never removed; their times count from the first slide's first frame.
+void PlaceShowCaptions(const SlideShow& show, CaptionWriter& captions, MovieContext ctx) {
+    for (size_t i = 0; i < show.captions.items.size(); ++i)
+        captions.Place(show.captions.items[i], CaptionName(static_cast<int>(i) + 1, 0), ctx,
+                       static_cast<uint16_t>(kShowCaptionTopDepth - i));
+}
+
 std::string Thousands(uint32_t n) {
     std::string digits = std::to_string(n);
     for (int i = static_cast<int>(digits.size()) - 3; i > 0; i -= 3) digits.insert(static_cast<size_t>(i), ",");
@@ -97,12 +118,19 @@ std::string Thousands(uint32_t n) {
 // frames, ids and depths the movie will take without writing a byte (every
 // picture is taken to succeed, which takes the most ids). Empty when the
 // show fits the file's 16-bit fields, else what is over.
-std::string CheckLimits(const SlideShow& show, const std::vector<SlideImage>& images, uint8_t version) {
+std::string CheckLimits(const SlideShow& show, const std::vector<SlideImage>& images, uint8_t version,
+                        FontCatalog& fonts) {
     SwfWriter counter(false);
     counter.Setup(PixelsToTwips(show.width()), PixelsToTwips(show.height()), show.fps, version);
     WriteHead(counter, show);
     uint32_t ids = 0, depths = 0;
+    CaptionWriter captions(fonts);
+    CollectCaptions(show, captions);
+    PlaceShowCaptions(show, captions, MovieContext{counter, show.fps, ids, depths});
+    // The show's captions take the top depths.
+    depths += static_cast<uint32_t>(show.captions.items.size());
     SlideStep step(counter, show.fps, ids, depths);
+    step.SetCaptions(&captions);
     SlideOnStage previous;
     bool havePrevious = false;
     for (int i = 1; i <= show.count(); ++i) {
@@ -159,7 +187,8 @@ ExportResult MovieExporter::ExportMovie(const std::string& path, ProgressSink* p
     if (compress && version < 6) version = 6;
 
     // Refused before anything is written.
-    result.error = CheckLimits(show_, images, version);
+    FontCatalog fonts;
+    result.error = CheckLimits(show_, images, version, fonts);
     if (!result.error.empty()) return result;
 
     // A compressed movie is written plain into the private temporary folder
@@ -202,7 +231,11 @@ ExportResult MovieExporter::ExportMovie(const std::string& path, ProgressSink* p
     PicturePipeline pictures(std::move(jobs), pipe);
 
     uint32_t nextCharacterId = 0, nextDepth = 0;
+    CaptionWriter captions(fonts);
+    CollectCaptions(show_, captions);
+    PlaceShowCaptions(show_, captions, MovieContext{writer, show_.fps, nextCharacterId, nextDepth});
     SlideStep step(writer, show_.fps, nextCharacterId, nextDepth);
+    step.SetCaptions(&captions);
     const std::string movieFolder = fs::path(path).parent_path().string();
     SlideOnStage previous;
     bool havePrevious = false;
@@ -236,6 +269,7 @@ ExportResult MovieExporter::ExportMovie(const std::string& path, ProgressSink* p
     result.picturesPrepared = stats.prepared;
     result.picturesFromCache = stats.fromCache;
     if (cache) cache->Trim();
+    for (std::string& line : captions.Warnings()) result.warnings.push_back(std::move(line));
 
     // What is written so far stays a valid movie of the slides done.
     if (!result.cancelled) WriteTail(writer, show_);

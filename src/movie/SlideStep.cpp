@@ -4,6 +4,7 @@
 #include <filesystem>
 
 #include "effects/CameraEffect.h"
+#include "effects/CaptionSprite.h"
 #include "effects/Transition.h"
 #include "movie/BitmapCharacter.h"
 #include "model/Slide.h"
@@ -131,9 +132,19 @@ SlideOnStage SlideStep::WriteSlide(const SlideStepInput& in, SlideOnStage* outgo
     stage.depth = ctx_.NewDepth();
     stage.matrix = SwfMatrix::Translate(stage.x, stage.y);
 
+    // The previous slide's captions leave as this slide's transition starts.
+    for (uint16_t depth : captionDepths_) writer_.AddTag(std::make_unique<RemoveObject2Tag>(depth));
+    captionDepths_.clear();
     WriteLabel("slidepre_%d", in.index);
     slide.transitionIn().Render(&stage, outgoing, ctx_);
     WriteLabel("slide_%d", in.index);
+    // A slide's time starts when its transition is over: its captions' start
+    // times count from this frame.
+    if (captions_) {
+        for (size_t i = 0; i < slide.captions.items.size(); ++i)
+            if (uint16_t depth = captions_->Place(slide.captions.items[i], CaptionName(static_cast<int>(i) + 1, in.index), ctx_))
+                captionDepths_.push_back(depth);
+    }
     for (const auto& move : slide.cameraEffects()) move->Render(stage, ctx_);
     for (int i = HoldFrames(slide.duration, ctx_.fps); i > 0; --i) EndFrame(ctx_);
     return stage;

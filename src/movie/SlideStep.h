@@ -12,6 +12,7 @@
 
 namespace quillet {
 
+class CaptionWriter;
 class Slide;
 class SwfWriter;
 struct BitmapCharacter;
@@ -40,6 +41,8 @@ public:
     SlideOnStage WriteSlide(const SlideStepInput& in, SlideOnStage* outgoing);
     // The hold after the camera moves: trunc(duration * 0.001 * fps).
     static int HoldFrames(uint32_t durationMs, float fps);
+    // Where the slides' captions are written; none without it.
+    void SetCaptions(CaptionWriter* captions) { captions_ = captions; }
 
 private:
     uint16_t DefinePicture(const SlideStepInput& in, SlideOnStage& stage);
@@ -49,6 +52,8 @@ private:
     SwfWriter& writer_;
     MovieContext ctx_;
     int externalCounter_ = 0;
+    CaptionWriter* captions_ = nullptr;
+    std::vector<uint16_t> captionDepths_;  // the previous slide's captions, removed as the next comes on
 };
 
 }  // namespace quillet
