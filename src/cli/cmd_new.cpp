@@ -9,6 +9,7 @@
 
 #include "cli/Command.h"
 #include "cli/TerminalProgress.h"
+#include "effects/CaptionDefaults.h"
 #include "effects/Transition.h"
 #include "media/Exif.h"
 #include "model/ProjectFile.h"
@@ -23,7 +24,7 @@ int runNew(const std::vector<std::string>& args);
 
 const Command kNew{"new",
                    "new IMAGES... -o SHOW.qpj [--stage WxH] [--fps N] [--duration MS] [--transition NAME[:OPTION=VALUE,...] | "
-                   "--random-transitions] [--exif]",
+                   "--random-transitions] [--exif] [--captions name|date]",
                    "make a show of one slide per picture", runNew, 10};
 CommandRegistrar registrar(kNew);
 
@@ -53,7 +54,7 @@ bool parseStage(const std::string& text, int& w, int& h) {
 }
 
 int runNew(const std::vector<std::string>& args) {
-    ParsedArgs parsed = parseArgs(args, {"-o", "--output", "--stage", "--fps", "--duration", "--transition"},
+    ParsedArgs parsed = parseArgs(args, {"-o", "--output", "--stage", "--fps", "--duration", "--transition", "--captions"},
                                   {"--random-transitions", "--exif"});
     if (!parsed.error.empty()) return usageError(kNew, parsed.error);
     if (parsed.positional.empty()) return usageError(kNew, "expected at least one picture");
@@ -92,6 +93,10 @@ int runNew(const std::vector<std::string>& args) {
     }
     // "Push" or "Push:direction=left,..." with the keywords of the project file.
     std::unique_ptr<Transition> chosen;
+    // One caption per slide: the picture's name or the day it was taken.
+    const std::string* captions = parsed.value("--captions");
+    if (captions && *captions != "name" && *captions != "date")
+        return usageError(kNew, "--captions wants 'name' or 'date'");
     const bool random = parsed.has("--random-transitions");
     if (const std::string* spec = parsed.value("--transition")) {
         if (random) return usageError(kNew, "--transition and --random-transitions exclude each other");
@@ -151,6 +156,10 @@ int runNew(const std::vector<std::string>& args) {
         if (duration >= 0) slide->duration = static_cast<uint32_t>(duration);
         if (random) slide->setTransitionIn(TransitionRegistry::instance().Random()->CreateInstance());
         else if (chosen) slide->setTransitionIn(chosen->Clone());
+        if (captions) {
+            const std::string text = *captions == "name" ? PictureNameText(path) : PictureDateText(path);
+            if (!text.empty()) slide->captions.items.push_back(MakePictureCaption(text, show.height()));
+        }
         show.append(std::move(slide));
     }
     progress.finish();
