@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Main job: set up, build, and compile the demo show of real photos into out/demo/
-# (demo.swf plus index.html that plays it in the self-hosted Ruffle player).
+# with `quillet publish`: demo.swf, the classic page demo.html, and demo-ruffle.html (also
+# index.html) that plays it in the self-hosted Ruffle player copied into out/demo/ruffle.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 bash scripts/setup.sh
@@ -10,13 +11,12 @@ cmake --build "$BUILD" -j"$(nproc)" --target quillet
 QUILLET="$BUILD/src/quillet"
 
 OUT=out/demo
-mkdir -p "$OUT/ruffle"
-cp node_modules/@ruffle-rs/ruffle/*.js node_modules/@ruffle-rs/ruffle/*.wasm "$OUT/ruffle/"
+mkdir -p "$OUT"
 
 "$QUILLET" show demo/demo.qpj
-"$QUILLET" export demo/demo.qpj -o "$OUT/demo.swf"
+"$QUILLET" publish demo/demo.qpj --output "$OUT" --base demo --targets swf,html,ruffle --replace
+ln -sfn demo-ruffle.html "$OUT/index.html"
 "$QUILLET" info "$OUT/demo.swf" | sed -n 1,6p
-sed -e 's/@MOVIE@/demo.swf/' -e 's/@WIDTH@/640/' -e 's/@HEIGHT@/480/' demo/page.html > "$OUT/index.html"
 
 # A look at the movie as Ruffle plays it: one frame every 1.5 s, which lands in
 # most of the show's transitions, and a contact sheet of them all.
@@ -28,5 +28,5 @@ if [ -f tests/e2e/lib/ruffle-shoot.mjs ]; then
     echo "demo: screenshots and a contact sheet (sheet.png) in $OUT/frames"
 fi
 
-echo "demo: wrote $OUT/demo.swf and $OUT/index.html"
+echo "demo: wrote $OUT/demo.swf, $OUT/demo.html and $OUT/demo-ruffle.html (index.html)"
 echo "demo: to watch it, run: python3 -m http.server --directory $OUT 8000  and open http://127.0.0.1:8000/"

@@ -1,6 +1,8 @@
-// quillet publish SHOW.qpj [--output DIR] [--replace | --no-replace] [--players DIR] [--no-cache]
+// quillet publish SHOW.qpj [--output DIR] [--replace | --no-replace] [--players DIR]
+//                 [--targets LIST] [--base NAME] [--no-cache]
 #include <unistd.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <iostream>
 #include <string>
@@ -20,7 +22,9 @@ namespace {
 
 int runPublish(const std::vector<std::string>& args);
 
-const Command kPublish{"publish", "publish SHOW.qpj [--output DIR] [--replace | --no-replace] [--players DIR] [--no-cache]",
+const Command kPublish{"publish",
+                       "publish SHOW.qpj [--output DIR] [--replace | --no-replace] [--players DIR] "
+                       "[--targets swf,html,ruffle,mac,win,...] [--base NAME] [--no-cache]",
                        "write the show's selected publish targets (movie, pages, projectors) into its output folder",
                        runPublish, 25};
 CommandRegistrar registrar(kPublish);
@@ -48,6 +52,46 @@ private:
     TerminalProgress& progress_;
 };
 
+// The keywords of --targets, in the targets' order.
+struct TargetKeyword {
+    const char* keyword;
+    bool PublishSettings::*flag = nullptr;
+    PublishTarget PublishSettings::*target = nullptr;
+};
+const TargetKeyword kTargetKeywords[] = {
+    {"swf", nullptr, &PublishSettings::swf},
+    {"flv", nullptr, &PublishSettings::flv},
+    {"html", nullptr, &PublishSettings::html},
+    {"ruffle", nullptr, &PublishSettings::rufflePage},
+    {"mac", nullptr, &PublishSettings::macProjector},
+    {"win", nullptr, &PublishSettings::winProjector},
+    {"quicktime", nullptr, &PublishSettings::quicktime},
+    {"screensaver", nullptr, &PublishSettings::screensaver},
+    {"installer", &PublishSettings::publishInstaller, nullptr},
+};
+
+bool& targetFlag(PublishSettings& s, const TargetKeyword& k) { return k.flag ? s.*k.flag : (s.*k.target).publish; }
+
+// Replaces the project's selection by the listed targets; "" when all are known.
+std::string selectTargets(PublishSettings& s, const std::string& list) {
+    for (const TargetKeyword& k : kTargetKeywords) targetFlag(s, k) = false;
+    size_t at = 0;
+    while (at <= list.size()) {
+        size_t comma = std::min(list.find(',', at), list.size());
+        std::string word = list.substr(at, comma - at);
+        bool known = false;
+        for (const TargetKeyword& k : kTargetKeywords)
+            if (word == k.keyword) known = targetFlag(s, k) = true;
+        if (!known) {
+            std::string allowed;
+            for (const TargetKeyword& k : kTargetKeywords) allowed += std::string(allowed.empty() ? "" : ", ") + k.keyword;
+            return "unknown target \"" + word + "\" (one of " + allowed + ")";
+        }
+        at = comma + 1;
+    }
+    return "";
+}
+
 std::string joined(const std::vector<std::string>& names) {
     std::string out;
     for (const std::string& n : names) out += (out.empty() ? "" : ", ") + n;
@@ -56,7 +100,7 @@ std::string joined(const std::vector<std::string>& names) {
 
 int runPublish(const std::vector<std::string>& args) {
     ParsedArgs parsed =
-        parseArgs(args, {"--output", "--players"}, {"--replace", "--no-replace", "--no-cache"});
+        parseArgs(args, {"--output", "--players", "--targets", "--base"}, {"--replace", "--no-replace", "--no-cache"});
     if (!parsed.error.empty()) return usageError(kPublish, parsed.error);
     if (parsed.positional.size() != 1) return usageError(kPublish, "expected one project file");
     if (parsed.has("--replace") && parsed.has("--no-replace"))
@@ -73,6 +117,11 @@ int runPublish(const std::vector<std::string>& args) {
         return kExitFailure;
     }
     if (const std::string* o = parsed.value("--output")) publish.output = *o;
+    if (const std::string* b = parsed.value("--base")) publish.setBaseFilename(*b);
+    if (const std::string* t = parsed.value("--targets")) {
+        std::string problem = selectTargets(publish, *t);
+        if (!problem.empty()) return usageError(kPublish, problem);
+    }
 
     // A replace flag answers the question for every target; without one a
     // terminal is asked and a pipe keeps existing files.
