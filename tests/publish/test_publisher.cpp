@@ -60,6 +60,7 @@ struct Scenario {
     bool ok;
     const char* lastMessage;
     std::vector<std::string> skipped = {};
+    bool withoutMacResources = false;     // the players folder lacks mac-player.rsrc
 };
 
 void only(PublishSettings& s, std::initializer_list<PublishTarget*> targets) {
@@ -103,7 +104,8 @@ TEST(Publisher, TargetsAnswersAndFailures) {
          {"show.exe", "show.hqx"}, true, done},
         {"a missing player fails after the movie",
          [](PublishSettings& s) { s.macProjector.publish = true; s.macProjector.filename = "nope.hqx"; }, {}, {},
-         false, {}, {"show.swf", "show.html"}, false, "An error occurred while trying to publish the Macintosh Projectir."},
+         false, {}, {"show.swf", "show.html"}, false, "An error occurred while trying to publish the Macintosh Projectir.",
+         {}, true},
         {"a name that climbs out", [](PublishSettings& s) { s.swf.filename = "../x.swf"; }, {}, {}, false, {}, {},
          false, "Please enter a valid filename for the SWF."},
         {"an absolute name", [](PublishSettings& s) { s.html.filename = "/tmp/x.html"; }, {}, {}, false, {}, {},
@@ -122,8 +124,7 @@ TEST(Publisher, TargetsAnswersAndFailures) {
         test::writeFile((players / "windows-player.exe").string(), "WINPLAYER");
         test::writeFile((players / "mac-player.data").string(), "MACDATA");
         test::writeFile((players / "mac-player.rsrc").string(), "MACRSRC");
-        if (sc.name == std::string("a missing player fails after the movie"))
-            fs::remove(players / "mac-player.rsrc");
+        if (sc.withoutMacResources) fs::remove(players / "mac-player.rsrc");
         for (const std::string& f : sc.existing) test::writeFile((out / f).string(), "old");
         auto before = listing(dir.path());
 
@@ -144,6 +145,9 @@ TEST(Publisher, TargetsAnswersAndFailures) {
         EXPECT_EQ(r.ok, sc.ok);
         ASSERT_FALSE(r.messages.empty());
         EXPECT_EQ(r.messages.back().text, sc.lastMessage);
+        if (sc.withoutMacResources) {
+            EXPECT_NE(r.messages.back().detail.find("mac-player.rsrc"), std::string::npos) << r.messages.back().detail;
+        }
         EXPECT_EQ(prompts.asked.size(), sc.replies.size());
         EXPECT_EQ(r.skipped, sc.skipped);
 
