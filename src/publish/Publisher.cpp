@@ -1,9 +1,6 @@
 #include "publish/Publisher.h"
 
-#include <unistd.h>
-
 #include <filesystem>
-#include <functional>
 
 #include "io/OutputFile.h"
 #include "io/TempFolder.h"
@@ -92,7 +89,7 @@ public:
             return std::move(r_);
         }
 
-        if (!Decide(selected)) return std::move(r_);
+        Decide(selected);
         if (!BuildMovie(targets[0], selected)) return std::move(r_);
         for (Target* t : selected) {
             if (!t->keep || t->kind == Kind::Movie) continue;
@@ -118,7 +115,7 @@ private:
 
     // Which selected targets are built: a target whose file exists is asked
     // about (interactive) or follows its replace flag.
-    bool Decide(const std::vector<Target*>& selected) {
+    void Decide(const std::vector<Target*>& selected) {
         bool replaceAll = false, stopped = false;
         for (Target* t : selected) {
             std::error_code ec;
@@ -133,9 +130,8 @@ private:
                 if (!t->keep) r_.skipped.push_back(t->name);
                 continue;
             }
-            std::string folder = s_.output;
-            ReplaceReply reply =
-                o_.prompts->AskReplace("The item \"" + *t->filename + "\" in " + folder + " already exists. Replace it?");
+            ReplaceReply reply = o_.prompts->AskReplace("The item \"" + *t->filename + "\" in " + s_.output +
+                                                        " already exists. Replace it?");
             if (reply.answer == ReplaceAnswer::Replace) {
                 t->keep = true;
                 replaceAll = reply.applyToAll;
@@ -143,7 +139,6 @@ private:
                 stopped = true;
             }
         }
-        return true;
     }
 
     bool BuildMovie(Target& movieTarget, const std::vector<Target*>& selected) {
