@@ -90,10 +90,12 @@ FontFace* CaptionWriter::FaceFor(const Caption& caption, const std::string& wher
 }
 
 void CaptionWriter::Collect(const Caption& caption, const std::string& where) {
+    const std::u32string text = DrawnText(caption);
+    if (text.empty()) return;  // draws nothing, needs no face
     FontFace* face = FaceFor(caption, where);
     if (!face) return;
     FaceUse& use = uses_[face];
-    for (char32_t c : DrawnText(caption))
+    for (char32_t c : text)
         if (c != U'\r' && c != U'\n') use.codes.insert(c == U'\t' ? U' ' : c);
 }
 
@@ -140,9 +142,10 @@ uint16_t CaptionWriter::DefineFont(FontFace& face, FaceUse& use, MovieContext& c
 }
 
 uint16_t CaptionWriter::Place(const Caption& caption, const std::string& where, MovieContext& ctx, uint16_t depth) {
+    const std::u32string text = DrawnText(caption);
+    if (text.empty()) return 0;
     FontFace* face = FaceFor(caption, where);
     if (!face) return 0;
-    const std::u32string text = DrawnText(caption);
     const int32_t stageWidth = ctx.StageWidth(), stageHeight = ctx.StageHeight();
     CaptionLayout layout = LayOutCaption(caption, text, *face, stageWidth, stageHeight);
     if (!layout.HasInk()) return 0;
