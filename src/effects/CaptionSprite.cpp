@@ -113,29 +113,9 @@ std::vector<std::string> CaptionWriter::Warnings() const {
 
 uint16_t CaptionWriter::DefineFont(FontFace& face, FaceUse& use, MovieContext& ctx) {
     const uint16_t id = ctx.NewCharacterId();
-    auto font = std::make_unique<DefineFont2Tag>(id);
-    font->name = face.Family();
-    font->bold = face.Bold();
-    font->italic = face.Italic();
-    font->hasLayout = true;
-    font->ascent = static_cast<uint16_t>(std::clamp(face.Ascent(), 0, 65535));
-    font->descent = static_cast<uint16_t>(std::clamp(face.Descent(), 0, 65535));
-    font->leading = Short(face.LineGap());
-    uint32_t index = 0;
-    for (char32_t c : use.codes) {  // ascending, as the tag wants them
-        const FontGlyph& glyph = face.Glyph(c);
-        font->glyphs.push_back(glyph.shape);
-        font->codes.push_back(static_cast<uint16_t>(c));
-        font->advances.push_back(Short(glyph.advance));
-        font->glyphBounds.push_back(glyph.bounds);
-        use.index[c] = index++;
-    }
-    // Kerning between the characters used, for text fields laid out by the player.
-    for (char32_t a : use.codes)
-        for (char32_t b : use.codes)
-            if (int32_t k = face.Kerning(a, b); k != 0)
-                font->kerning.push_back({static_cast<uint16_t>(a), static_cast<uint16_t>(b), Short(k)});
-    ctx.movie.AddTag(std::move(font));
+    const std::vector<char32_t> codes(use.codes.begin(), use.codes.end());  // ascending, as the tag wants them
+    for (size_t i = 0; i < codes.size(); ++i) use.index[codes[i]] = static_cast<uint32_t>(i);
+    ctx.movie.AddTag(MakeFontTag(face, codes, id));
     use.fontId = id;
     ++fontsDefined_;
     return id;

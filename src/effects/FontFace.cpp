@@ -6,10 +6,12 @@
 #include FT_OUTLINE_H
 #include FT_TRUETYPE_TABLES_H
 
+#include <algorithm>
 #include <cmath>
 
 #include "effects/GlyphShapes.h"
 #include "options/NameCompare.h"
+#include "swf/tags/FontTags.h"
 
 namespace quillet {
 
@@ -128,6 +130,31 @@ int32_t FontFace::Kerning(char32_t left, char32_t right) {
                        &delta) != 0)
         return 0;
     return Em(static_cast<double>(delta.x), unitsPerEm_);
+}
+
+std::unique_ptr<DefineFont2Tag> MakeFontTag(FontFace& face, const std::vector<char32_t>& codes, uint16_t id) {
+    auto font = std::make_unique<DefineFont2Tag>(id);
+    auto i16 = [](int32_t v) { return static_cast<int16_t>(std::clamp(v, -32768, 32767)); };
+    font->name = face.Family();
+    font->bold = face.Bold();
+    font->italic = face.Italic();
+    font->hasLayout = true;
+    font->ascent = static_cast<uint16_t>(std::clamp(face.Ascent(), 0, 65535));
+    font->descent = static_cast<uint16_t>(std::clamp(face.Descent(), 0, 65535));
+    font->leading = i16(face.LineGap());
+    for (char32_t c : codes) {
+        const FontGlyph& glyph = face.Glyph(c);
+        font->glyphs.push_back(glyph.shape);
+        font->codes.push_back(static_cast<uint16_t>(c));
+        font->advances.push_back(i16(glyph.advance));
+        font->glyphBounds.push_back(glyph.bounds);
+    }
+    // For text fields laid out by the player; static text carries its own advances.
+    for (char32_t a : codes)
+        for (char32_t b : codes)
+            if (int32_t k = face.Kerning(a, b); k != 0)
+                font->kerning.push_back({static_cast<uint16_t>(a), static_cast<uint16_t>(b), i16(k)});
+    return font;
 }
 
 FontCatalog::FontCatalog() {

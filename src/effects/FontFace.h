@@ -17,6 +17,7 @@
 #include <memory>
 #include <string>
 #include <tuple>
+#include <vector>
 
 #include "swf/SwfRecords.h"
 #include "swf/SwfShape.h"
@@ -65,6 +66,13 @@ private:
     int32_t ascent_ = 0, descent_ = 0, lineGap_ = 0;
     std::map<char32_t, FontGlyph> glyphs_;
 };
+
+class DefineFont2Tag;
+
+// A font tag holding the face's glyphs for `codes` (ascending, at most
+// U+FFFF), with its layout: ascent, descent, advances, bounds and the kerning
+// between those characters. Captions and the preloader's digits use it.
+std::unique_ptr<DefineFont2Tag> MakeFontTag(FontFace& face, const std::vector<char32_t>& codes, uint16_t id);
 
 class FontCatalog {
 public:

@@ -141,8 +141,9 @@ SlideOnStage SlideStep::WriteSlide(const SlideStepInput& in, SlideOnStage* outgo
     // A slide's time starts when its transition is over: its captions' start
     // times count from this frame.
     if (captions_) {
-        for (size_t i = 0; i < slide.captions.items.size(); ++i)
-            if (uint16_t depth = captions_->Place(slide.captions.items[i], CaptionName(static_cast<int>(i) + 1, in.index), ctx_))
+        const auto& items = slide.captions.items;
+        for (size_t i = 0; i < items.size(); ++i)
+            if (uint16_t depth = captions_->Place(items[i], CaptionName(static_cast<int>(i) + 1, in.index), ctx_))
                 captionDepths_.push_back(depth);
     }
     for (const auto& move : slide.cameraEffects()) move->Render(stage, ctx_);

@@ -173,7 +173,9 @@ TEST(FontFace, GlyphsCloseAndMatchTheFaceMetrics) {
         bool open = false;
         for (const SwfShapeRecord& r : g.shape.records) {
             if (r.kind == SwfShapeRecord::Kind::StyleChange) {
-                if (open) EXPECT_EQ(std::tie(x, y), std::tie(startX, startY));
+                if (open) {
+                    EXPECT_EQ(std::tie(x, y), std::tie(startX, startY));
+                }
                 if (r.hasMove) x = startX = r.moveX, y = startY = r.moveY;
                 open = true;
             } else {
@@ -181,7 +183,9 @@ TEST(FontFace, GlyphsCloseAndMatchTheFaceMetrics) {
                 y += r.dy + r.anchorDy;
             }
         }
-        if (open) EXPECT_EQ(std::tie(x, y), std::tie(startX, startY));
+        if (open) {
+            EXPECT_EQ(std::tie(x, y), std::tie(startX, startY));
+        }
         if (code == U' ') continue;
         // Ink above the baseline within the ascent; only descenders go below.
         EXPECT_GE(g.bounds.yMin, -sans->Ascent());
