@@ -47,6 +47,10 @@ XML
 grep -q 'caption 4 of slide 1: the font "No Such Face" is not installed; DejaVu Sans is used instead' "$work/export.out" ||
   { cat "$work/export.out"; echo "no warning for the missing font"; exit 1; }
 
+# Debian's yaswfp reads the fonts, texts and sprites as our reader does.
+"$QUILLET" info --json "$work/show.swf" > "$work/show.json"
+/usr/bin/python3 "$lib/yaswfp_compare.py" "$work/show.swf" "$work/show.json"
+
 # Slide 1 holds frames 1-36 and slide 2 starts at 37. At 12 fps frame n shows
 # from 16*ceil(n*1000/12/16) ms: frame 6 at 512, 12 at 1008, 13 at 1088, 37 at 3088.
 node "$lib/ruffle-shoot.mjs" --movie "$work/show.swf" --size 640x480 --times 130,550,1040,1200,3200 \
