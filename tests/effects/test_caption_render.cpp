@@ -4,6 +4,7 @@
 
 #include <cmath>
 
+#include "effects/CaptionDefaults.h"
 #include "effects/CaptionLayout.h"
 #include "effects/CaptionSprite.h"
 #include "effects/FontFace.h"
@@ -347,4 +348,47 @@ TEST(CaptionWriter, EachFaceOnceWithTheCharactersUsedAndEachCaptionASpriteThatTi
     EXPECT_EQ(texts[3]->records[0].textHeight, 26667);
     EXPECT_EQ(texts[3]->records[0].color.a, 0);
     EXPECT_EQ(texts[0]->records[0].color, SwfColor(255, 255, 255, 255));
+}
+
+TEST(PictureCaption, TheDayTakenComesFromExifElseTheFileTime) {
+    test::TempDir dir;
+    const std::string photo = "/usr/share/backgrounds/mate/nature/Storm.jpg";  // carries an Exif block
+    struct Case {
+        std::string name, make, day;
+    };
+    const Case cases[] = {
+        // The original date wins over the date stored, whatever their order in the file.
+        {"both.jpg",
+         "cp " + photo + " F && exiftool -q -q -overwrite_original -DateTimeOriginal='2001:02:03 04:05:06' "
+                         "-ModifyDate='2011:12:13 14:15:16' F",
+         "2001-02-03"},
+        {"stored.jpg",
+         "cp " + photo + " F && exiftool -q -q -overwrite_original -DateTimeOriginal= -ModifyDate='2011:12:13 14:15:16' F",
+         "2011-12-13"},
+        // No Exif date (or a blank one): the file's own time, in local time.
+        {"blank.jpg",
+         "cp " + photo + " F && exiftool -q -q -overwrite_original -all= -DateTimeOriginal='0000:00:00 00:00:00' F "
+                         "&& touch -d '2019-07-04 12:00' F",
+         "2019-07-04"},
+        {"plain.png", "convert -size 4x4 xc:red F && touch -d '2020-02-29 12:00' F", "2020-02-29"},
+        {"missing.jpg", "true", ""},
+    };
+    for (const Case& c : cases) {
+        const std::string path = dir.file(c.name);
+        std::string make = c.make;
+        for (size_t at; (at = make.find(" F")) != std::string::npos;) make.replace(at, 2, " '" + path + "'");
+        ASSERT_EQ(std::system(make.c_str()), 0) << make;
+        EXPECT_EQ(PictureDateText(path), c.day) << c.name;
+    }
+    EXPECT_EQ(PictureNameText("/photos/Summer 2024/beach.day.JPG"), "beach.day");
+    // The made caption draws in an installed face and sits inside the stage.
+    const Caption caption = MakePictureCaption("beach", 480);
+    FontCatalog fonts;
+    bool fellBack = true;
+    FontFace* face = fonts.Find(caption.fontName, caption.bold, caption.italic, &fellBack);
+    EXPECT_FALSE(fellBack);
+    const CaptionLayout l = LayOutCaption(caption, U"beach", *face, 12800, 9600);
+    EXPECT_EQ(l.textHeight, 22 * 80 / 3 + 1);  // 22 points, an em of about 30 pixels
+    EXPECT_GT(l.top, 9600 - 2 * l.height);
+    EXPECT_LT(l.top + l.height, 9600);
 }
