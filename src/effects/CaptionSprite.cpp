@@ -143,6 +143,17 @@ uint16_t CaptionWriter::Place(const Caption& caption, const std::string& where, 
     const uint16_t spriteId = ctx.NewCharacterId();
     auto tag = std::make_unique<DefineText2Tag>(textId);
     tag->bounds = layout.ink;
+    // Record offsets are 16-bit: text reaching further (a huge size over
+    // several lines) is written k times smaller and scaled back by the
+    // text's own matrix.
+    int64_t reach = 0;
+    for (const CaptionLine& line : layout.lines) {
+        reach = std::max<int64_t>(reach, std::abs(int64_t{line.baseline}));
+        for (const CaptionPlacedChar& c : line.chars) reach = std::max<int64_t>(reach, std::abs(int64_t{c.x}));
+    }
+    const int32_t k = static_cast<int32_t>(std::min<int64_t>(1 + reach / 32767, 64));
+    auto down = [k](int64_t v) { return static_cast<int32_t>(std::lround(static_cast<double>(v) / k)); };
+    if (k > 1) tag->matrix = SwfMatrix::Scale(k << 16, k << 16);
     bool first = true;
     for (const CaptionLine& line : layout.lines) {
         SwfTextRecord record;
@@ -151,12 +162,12 @@ uint16_t CaptionWriter::Place(const Caption& caption, const std::string& where, 
             if (found == use.index.end()) continue;  // not in the font already written
             if (record.glyphs.empty()) {
                 record.hasXOffset = record.hasYOffset = true;
-                record.xOffset = Short(line.chars[i].x);
-                record.yOffset = Short(line.baseline);
+                record.xOffset = Short(down(line.chars[i].x));
+                record.yOffset = Short(down(line.baseline));
                 if (first) {
                     record.hasFont = record.hasColor = true;
                     record.fontId = use.fontId;
-                    record.textHeight = layout.textHeight;
+                    record.textHeight = static_cast<uint16_t>(std::max(1, down(layout.textHeight)));
                     record.color = CaptionColor(caption);
                     first = false;
                 }
@@ -164,8 +175,8 @@ uint16_t CaptionWriter::Place(const Caption& caption, const std::string& where, 
             // The advance runs to the next character drawn.
             size_t next = i + 1;
             while (next < line.chars.size() && !use.index.count(line.chars[next].code)) ++next;
-            const int32_t advance = next < line.chars.size() ? line.chars[next].x - line.chars[i].x : line.advances[i];
-            record.glyphs.push_back({found->second, advance});
+            const int64_t to = next < line.chars.size() ? line.chars[next].x : int64_t{line.chars[i].x} + line.advances[i];
+            record.glyphs.push_back({found->second, down(to) - down(line.chars[i].x)});
             if (record.glyphs.size() == 255) {
                 tag->records.push_back(std::move(record));
                 record = SwfTextRecord();

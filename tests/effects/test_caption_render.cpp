@@ -274,7 +274,7 @@ TEST(CaptionWriter, EachFaceOnceWithTheCharactersUsedAndEachCaptionASpriteThatTi
     list[2].text = "zz";
     list[2].fontName = "Nowhere Sans";
     list[3].text = "";  // nothing to draw
-    list[4].text = "Big";
+    list[4].text = "Big\nBig";
     list[4].fontName = "DejaVu Sans";
     list[4].fontSize = 1000;
     list[4].alpha = 0;
@@ -345,8 +345,15 @@ TEST(CaptionWriter, EachFaceOnceWithTheCharactersUsedAndEachCaptionASpriteThatTi
     // The text's colour carries the caption's opacity; the huge one is as tall as asked.
     const auto texts = TagsOf<DefineText2Tag>(reader.Tags());
     ASSERT_EQ(texts.size(), 6u);
-    EXPECT_EQ(texts[3]->records[0].textHeight, 26667);
+    // Its second line lies 1000 * 4/3 * 20 * (951 + 242) / 1024 = 31068 twips
+    // under the first, past what a record's offset holds: the text is written
+    // at half size and scaled back by its own matrix.
+    ASSERT_EQ(texts[3]->records.size(), 2u);
+    EXPECT_EQ(texts[3]->matrix.scaleX, 2 << 16);
+    EXPECT_EQ(texts[3]->records[0].textHeight, 13334);
+    EXPECT_NEAR(2 * (texts[3]->records[1].yOffset - texts[3]->records[0].yOffset), 31068, 2);
     EXPECT_EQ(texts[3]->records[0].color.a, 0);
+    EXPECT_EQ(texts[0]->matrix.scaleX, 1 << 16);
     EXPECT_EQ(texts[0]->records[0].color, SwfColor(255, 255, 255, 255));
 }
 
