@@ -3,6 +3,7 @@
 // will see them.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <numbers>
 
@@ -121,6 +122,36 @@ TEST(TransitionRender, EveryTransitionTakesItsFramesKeepsTheListAndLandsTheIncom
                 EXPECT_EQ(layer.colour->alphaMult, 256);
             }
         }
+}
+
+TEST(TransitionRender, EveryTransitionGainsGroundFrameByFrame) {
+    // How much of the incoming slide's place shows it: little on the first
+    // frame, never less on a later one (but for the grid's grain), some of it
+    // half way, on an odd frame count that puts no frame at the half-way point.
+    // The spins turn the picture across its place; their own test follows them.
+    const SlideOnStage& in = kSmallIncoming;
+    const std::vector<Point> grid = Grid(in.x, in.y, in.width, in.height, 24, 18);
+    for (const Variant& v : EveryVariant()) {
+        if (v.name == "None" || v.name.starts_with("Spin")) continue;
+        SCOPED_TRACE(v.Describe());
+        Stage play(v.Make(), 1000, 7);
+        ASSERT_EQ(play.Frames(), v.name == "Color Fade" ? 6 : 7);
+        double shown = 0;
+        for (int f = 1; f <= play.Frames(); ++f) {
+            play.PlayTo(f);
+            double sum = 0;
+            for (Point p : grid) sum += play.At(p).in;
+            const double now = sum / grid.size();
+            EXPECT_GE(now, shown - 0.02) << "frame " << f;
+            shown = std::max(shown, now);
+            if (f == 1) {
+                EXPECT_LT(now, 0.6);
+            }
+            if (f == 4) {
+                EXPECT_GT(now, 0.02);
+            }
+        }
+    }
 }
 
 TEST(TransitionRender, FadesWriteTheirAlphaRamps) {
