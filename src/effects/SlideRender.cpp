@@ -39,4 +39,11 @@ void SetOpacity(uint16_t depth, double opacity, MovieContext& ctx) {
 
 void EndFrame(MovieContext& ctx) { ctx.movie.AddTag(std::make_unique<ShowFrameTag>()); }
 
+bool PassFrames(SlideOnStage* incoming, SlideOnStage* outgoing, int frames, MovieContext& ctx) {
+    PlaceSlide(incoming, ctx);
+    for (int i = 0; i < frames; ++i) EndFrame(ctx);
+    RemoveSlide(outgoing, ctx);
+    return true;
+}
+
 }  // namespace quillet

@@ -56,5 +56,9 @@ uint16_t PlaceSlideCopy(const SlideOnStage* slide, MovieContext& ctx);
 void SetOpacity(uint16_t depth, double opacity, MovieContext& ctx);
 // Ends the current frame of the movie (one ShowFrame tag).
 void EndFrame(MovieContext& ctx);
+// For a transition with nothing to draw (a blank slide to uncover): places
+// the incoming slide, lets `frames` frames pass and removes the outgoing one,
+// so the show keeps its timing.
+bool PassFrames(SlideOnStage* incoming, SlideOnStage* outgoing, int frames, MovieContext& ctx);
 
 }  // namespace quillet

@@ -44,11 +44,7 @@ bool BlindsTransition::Render(SlideOnStage* incoming, SlideOnStage* outgoing, Mo
     SlideOnStage* masked = opening_ ? incoming : outgoing;
     if (n <= 0) return Transition::Render(incoming, outgoing, ctx);
     if (!masked || masked->characterId == 0) {
-        // Nothing to open or close: the frames pass and the slides change.
-        PlaceSlide(incoming, ctx);
-        for (int i = 0; i < n; ++i) EndFrame(ctx);
-        RemoveSlide(outgoing, ctx);
-        return true;
+        return PassFrames(incoming, outgoing, n, ctx);  // nothing to open or close
     }
 
     const StageArea area = opening_ ? HomeArea(*incoming, ctx) : VisibleArea(*outgoing, ctx);

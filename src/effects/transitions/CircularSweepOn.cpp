@@ -79,7 +79,8 @@ CircularSweepOnTransition::CircularSweepOnTransition() : TransitionClass("Circul
 bool CircularSweepOnTransition::Render(SlideOnStage* incoming, SlideOnStage* outgoing, MovieContext& ctx) const {
     if (!placesSlides()) return true;
     const int n = FrameCount(ctx.fps);
-    if (n <= 0 || !incoming || incoming->characterId == 0) return Transition::Render(incoming, outgoing, ctx);
+    if (n <= 0) return Transition::Render(incoming, outgoing, ctx);
+    if (!incoming || incoming->characterId == 0) return PassFrames(incoming, outgoing, n, ctx);
     if (n == 1) {
         // The only frame is the finished sweep.
         PlaceSlide(incoming, ctx);

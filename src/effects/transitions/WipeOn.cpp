@@ -16,7 +16,8 @@ bool WipeOnTransition::Render(SlideOnStage* incoming, SlideOnStage* outgoing, Mo
     if (!placesSlides()) return true;
     const int n = FrameCount(ctx.fps);
     // Without frames there is nothing to wipe: the slides simply change.
-    if (n <= 0 || !incoming || incoming->characterId == 0) return Transition::Render(incoming, outgoing, ctx);
+    if (n <= 0) return Transition::Render(incoming, outgoing, ctx);
+    if (!incoming || incoming->characterId == 0) return PassFrames(incoming, outgoing, n, ctx);
 
     const WipeMask mask = MakeWipeMask(direction(), ctx.StageWidth(), ctx.StageHeight());
     const uint16_t shapeId = ctx.NewCharacterId();
