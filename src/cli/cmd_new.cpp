@@ -164,7 +164,9 @@ int runNew(const std::vector<std::string>& args) {
     }
     progress.finish();
 
+    // Published files are named after the project ("trip.qpj" gives "trip.swf", "trip.html").
     PublishSettings publish;
+    publish.setBaseFilename(std::filesystem::path(out).stem().string());
     std::string error;
     if (!SaveProject(out, show, publish, &error)) {
         printError(out, error);

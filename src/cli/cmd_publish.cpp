@@ -155,8 +155,8 @@ int runPublish(const std::vector<std::string>& args) {
     for (const std::string& path : result.written) std::cout << "wrote " << path << "\n";
     for (const PublishMessage& m : result.messages) {
         if (m.caption == kPublishErrorCaption) {
-            printError(m.text);
-            if (!m.detail.empty()) printError(m.detail);
+            // The message as the program words it, then what it concerns.
+            printError(m.detail.empty() ? m.text : m.text + " (" + m.detail + ")");
         } else {
             std::cout << m.text << "\n";
         }
