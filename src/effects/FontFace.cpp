@@ -194,11 +194,17 @@ FontCatalog::Resolved FontCatalog::Match(const std::string& family, bool bold, b
     FcPatternGetInteger(match, FC_INDEX, 0, &index);
     FcPatternGetInteger(match, FC_WEIGHT, 0, &weight);
     FcPatternGetInteger(match, FC_SLANT, 0, &slant);
+
+    // fontconfig's own rules for faces without the style mark the match with
+    // "embolden" and a slanting matrix (and report the asked-for weight and slant).
+    FcBool emboldenHint = FcFalse;
+    FcMatrix* matrix = nullptr;
+    FcPatternGetBool(match, FC_EMBOLDEN, 0, &emboldenHint);
+    const bool sheared = FcPatternGetMatrix(match, FC_MATRIX, 0, &matrix) == FcResultMatch && matrix && matrix->xy != 0;
+    const bool embolden = bold && (emboldenHint || weight < FC_WEIGHT_DEMIBOLD);
+    const bool slanted = italic && (sheared || slant == FC_SLANT_ROMAN);
     FcPatternDestroy(match);
     if ((!named && !allowOther) || file.empty()) return none;
-
-    const bool embolden = bold && weight < FC_WEIGHT_DEMIBOLD;
-    const bool slanted = italic && slant == FC_SLANT_ROMAN;
     auto& slot = byFile_[{file, index, embolden, slanted}];
     if (!slot) {
         auto face = std::unique_ptr<FontFace>(new FontFace());

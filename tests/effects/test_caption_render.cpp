@@ -164,6 +164,18 @@ TEST(FontFace, GlyphsCloseAndMatchTheFaceMetrics) {
     EXPECT_EQ(missing, fonts.Find("DejaVu Sans", true, false));
     EXPECT_TRUE(missing->Bold());
 
+    // A family with one regular face only is thickened and slanted when asked.
+    FontFace* plain = fonts.Find("DejaVu Math TeX Gyre", false, false, &fellBack);
+    FontFace* both = fonts.Find("DejaVu Math TeX Gyre", true, true, &fellBack);
+    ASSERT_NE(plain, both);
+    EXPECT_FALSE(fellBack);
+    EXPECT_FALSE(plain->Bold() || plain->Italic());
+    EXPECT_TRUE(both->Bold() && both->Italic());
+    const FontGlyph &l = plain->Glyph(U'l'), &slanted = both->Glyph(U'l');
+    // Thickened by a 24th of the em (its advance with it), its top leaning right.
+    EXPECT_NEAR(slanted.advance, l.advance + 43, 1);
+    EXPECT_GT(slanted.bounds.xMax, l.bounds.xMax + (l.bounds.yMax - l.bounds.yMin) / 10);
+
     for (char32_t code : {U'o', U'\u00e9', U'\u00df', U'W', U'8', U' ', U'\u4e00'}) {
         const FontGlyph& g = sans->Glyph(code);
         SCOPED_TRACE(static_cast<uint32_t>(code));
