@@ -4,8 +4,9 @@
 # caption flying from the right travels the stage width in steps of W/12 and
 # stops W mod 12 twips short, a caption with a duration leaves, a slide's
 # captions leave with the slide, the show's caption stays throughout; a
-# 48-pixel line drawn by the player matches ImageMagick's FreeType rendering
-# of the same face (the mean error is printed and bounded).
+# 48-pixel line in regular, bold and oblique drawn by the player matches
+# ImageMagick's FreeType rendering of the same faces (mean errors printed
+# and bounded).
 set -euo pipefail
 : "${QUILLET:?}" "${QUILLET_SOURCE_DIR:?}"
 lib="$QUILLET_SOURCE_DIR/tests/e2e/lib"
@@ -13,7 +14,7 @@ work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 export QUILLET_CONFIG_DIR="$work/config" XDG_CACHE_HOME="$work/cache"
 
-line='Hamburgefonstiv AVé üß'
+line='Hamburgefons AVé üß'
 # Colours are written lowest byte red: 255 red, 65280 green, 16711680 blue,
 # 65535 yellow, 16777215 white.
 cat > "$work/show.qpj" <<XML
@@ -31,7 +32,9 @@ cat > "$work/show.qpj" <<XML
 </slide>
 <slide type="blank" duration="2000" >
 <caption_data>
-<caption txt="$line" fnt_name="DejaVu Sans" font_size="36" color="16777215" x="20" y="200" h_align="left" v_align="top" align_to_doc="false" />
+<caption txt="$line" fnt_name="DejaVu Sans" font_size="36" color="16777215" x="20" y="120" h_align="left" v_align="top" align_to_doc="false" />
+<caption txt="$line" fnt_name="DejaVu Sans" font_size="36" font_bold="true" color="16777215" x="20" y="220" h_align="left" v_align="top" align_to_doc="false" />
+<caption txt="$line" fnt_name="DejaVu Sans" font_size="36" font_italic="true" color="16777215" x="20" y="320" h_align="left" v_align="top" align_to_doc="false" />
 </caption_data>
 </slide>
 </slides>
@@ -112,21 +115,22 @@ for t in 130 3200; do
   check "show caption at ${t} ms" "[ $w -gt 20 ] && [ \$(( 320 + x + w )) -ge 626 ] && [ \$(( 320 + x + w )) -le 632 ]"
 done
 
-# The 48-pixel line against ImageMagick's rendering of the same face: both cut
-# to their ink, set on the same canvas, compared pixel by pixel.
-convert "$(shot 3200)" -crop 620x80+10+190 +repage -colorspace gray -trim +repage "$work/ours.png"
-convert -background black -fill white -font DejaVu-Sans -pointsize 48 label:"$line" -colorspace gray -trim +repage \
-  "$work/theirs.png"
-read -r ow oh < <(identify -format '%w %h\n' "$work/ours.png")
-read -r tw th < <(identify -format '%w %h\n' "$work/theirs.png")
-echo "ink: ours ${ow}x${oh}, ImageMagick ${tw}x${th}"
-check "line size matches" "[ \$(( ow - tw )) -le 2 ] && [ \$(( tw - ow )) -le 2 ] && [ \$(( oh - th )) -le 2 ] && [ \$(( th - oh )) -le 2 ]"
-# Piece by piece: runs of inked columns (a letter, or letters that touch),
-# each aligned at its own left ink edge. ImageMagick places glyphs at whole
-# pixels (hinted advances) and the player at fractions of one, so the line
-# drifts by up to 2 pixels over its width; that is spacing, not glyph shape.
-for f in ours theirs; do convert "$work/$f.png" -depth 8 "gray:$work/$f.raw"; done
-mae=$(/usr/bin/python3 - "$work/ours.raw" "$ow" "$oh" "$work/theirs.raw" "$tw" "$th" <<'PY'
+# The 48-pixel lines (regular, bold, oblique) against ImageMagick's rendering
+# of the same faces: both cut to their ink and compared.
+compare_line() {  # $1 = top of the caption, $2 = ImageMagick's face, $3 = name
+  local ours="$work/$3-ours.png" theirs="$work/$3-theirs.png" ow oh tw th mae
+  convert "$(shot 3200)" -crop 630x80+5+$(( $1 - 10 )) +repage -colorspace gray -trim +repage "$ours"
+  convert -background black -fill white -font "$2" -pointsize 48 label:"$line" -colorspace gray -trim +repage "$theirs"
+  read -r ow oh < <(identify -format '%w %h\n' "$ours")
+  read -r tw th < <(identify -format '%w %h\n' "$theirs")
+  echo "$3 ink: ours ${ow}x${oh}, ImageMagick ${tw}x${th}"
+  check "$3 line size matches" "[ \$(( ow - tw )) -le 3 ] && [ \$(( tw - ow )) -le 3 ] && [ \$(( oh - th )) -le 2 ] && [ \$(( th - oh )) -le 2 ]"
+  # Piece by piece: runs of inked columns (a letter, or letters that touch),
+  # each aligned at its own left ink edge. ImageMagick places glyphs at whole
+  # pixels (hinted advances) and the player at fractions of one, so the line
+  # drifts by up to 2 pixels over its width; that is spacing, not glyph shape.
+  convert "$ours" -depth 8 "gray:$ours.raw"; convert "$theirs" -depth 8 "gray:$theirs.raw"
+  mae=$(/usr/bin/python3 - "$ours.raw" "$ow" "$oh" "$theirs.raw" "$tw" "$th" <<'PY'
 import sys
 def load(path, w, h):
     data = open(path, "rb").read()
@@ -159,12 +163,18 @@ for (sa, ea), (sb, eb) in zip(wa, wb):
             count += 1
 print(f"{total / (255.0 * count):.4f}")
 PY
-)
-echo "48 px line, piece by piece: mean absolute error $mae of full scale (0.045 when written)"
-check "line matches FreeType's rendering" "/usr/bin/python3 -c 'import sys; sys.exit(0 if float(\"$mae\") < 0.06 else 1)'"
+  )
+  echo "$3 48 px line, piece by piece: mean absolute error $mae of full scale"
+  check "$3 line matches FreeType's rendering" "/usr/bin/python3 -c 'import sys; sys.exit(0 if float(\"$mae\") < 0.07 else 1)'"
+}
+# Mean errors when written: regular 0.041, bold 0.040, oblique 0.054.
+compare_line 120 DejaVu-Sans regular
+compare_line 220 DejaVu-Sans-Bold bold
+compare_line 320 DejaVu-Sans-Oblique oblique
 if [ -n "${QUILLET_BUILD_DIR:-}" ]; then
   mkdir -p "$QUILLET_BUILD_DIR/artefacts"
-  convert "$work/ours.png" "$work/theirs.png" -background black -append "$QUILLET_BUILD_DIR/artefacts/caption-line.png"
+  convert "$work"/{regular,bold,oblique}-{ours,theirs}.png -background black -append \
+    "$QUILLET_BUILD_DIR/artefacts/caption-lines.png"
   cp "$(shot 550)" "$QUILLET_BUILD_DIR/artefacts/captions-550ms.png"
 fi
 
