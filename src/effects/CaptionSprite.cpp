@@ -117,7 +117,6 @@ uint16_t CaptionWriter::DefineFont(FontFace& face, FaceUse& use, MovieContext& c
     for (size_t i = 0; i < codes.size(); ++i) use.index[codes[i]] = static_cast<uint32_t>(i);
     ctx.movie.AddTag(MakeFontTag(face, codes, id));
     use.fontId = id;
-    ++fontsDefined_;
     return id;
 }
 

@@ -72,8 +72,6 @@ public:
     // A line for each font that was not installed, naming it and the first
     // caption that asked for it.
     std::vector<std::string> Warnings() const;
-    // Fonts defined so far.
-    int FontsDefined() const { return fontsDefined_; }
 
 private:
     struct FaceUse {
@@ -92,7 +90,6 @@ private:
     std::map<FontFace*, FaceUse> uses_;
     std::map<std::string, Missing> missing_;  // by font name
     std::set<std::string> counted_;           // captions already counted in missing_
-    int fontsDefined_ = 0;
 };
 
 }  // namespace quillet

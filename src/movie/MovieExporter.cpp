@@ -96,7 +96,8 @@ void CollectCaptions(const SlideShow& show, CaptionWriter& captions) {
         captions.Collect(show.captions.items[i], CaptionName(static_cast<int>(i) + 1, 0));
     for (int s = 0; s < show.count(); ++s) {
         const auto& items = show.slideAt(s)->captions.items;
-        for (size_t i = 0; i < items.size(); ++i) captions.Collect(items[i], CaptionName(static_cast<int>(i) + 1, s + 1));
+        for (size_t i = 0; i < items.size(); ++i)
+            captions.Collect(items[i], CaptionName(static_cast<int>(i) + 1, s + 1));
     }
 }
 
