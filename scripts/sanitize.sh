@@ -15,5 +15,6 @@ echo "test: the sanitizer pass in $SAN (clang, ASan+UBSan, fuzz targets)"
 CC=clang CXX=clang++ cmake -S . -B "$SAN" -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo \
   -DQUILLET_SANITIZE=ON -DQUILLET_BUILD_FUZZ=ON -DQUILLET_BUILD_BENCH=OFF >/dev/null
 cmake --build "$SAN" -j"$(nproc)"
+export LSAN_OPTIONS="suppressions=$PWD/scripts/lsan.supp${LSAN_OPTIONS:+:$LSAN_OPTIONS}"
 (cd "$SAN" && ctest --output-on-failure -j"$(nproc)" -E '^e2e\.' "$@")
 bash scripts/fuzz.sh "$SAN" "${QUILLET_FUZZ_SECONDS:-25}"

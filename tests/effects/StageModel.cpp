@@ -160,7 +160,8 @@ Seen Stage::At(Point p) const {
     Seen seen;
     std::vector<std::pair<uint16_t, bool>> masks;  // clip depth, point inside the mask
     for (const auto& [depth, layer] : list) {
-        std::erase_if(masks, [&](const auto& m) { return m.first < depth; });
+        const uint16_t here = depth;  // a structured binding cannot be captured before C++20's later compilers
+        std::erase_if(masks, [here](const auto& m) { return m.first < here; });
         const std::optional<Point> local = Affine(layer.matrix).Inverse(p);
         if (layer.clipDepth != 0) {
             masks.emplace_back(layer.clipDepth, local && Inside(ShapeAt(layer), *local));
