@@ -318,3 +318,31 @@ TEST(StageShapes, MorphPolygonsCloseInBothStatesWithMatchingRecords) {
         EXPECT_EQ(paths, 4);  // three polygons, and the end
     }
 }
+
+TEST(TransitionRender, LinearUncoveringShowsTheIncomingSlideInProportionToTime) {
+    // Blinds and wipes from a side show the incoming slide over the
+    // share of the stage that the time says, frame by frame: a mask, ratio or
+    // offset one frame behind or ahead shows here though the order is right.
+    // The grid is a pixel fine across the moving edges.
+    const struct {
+        Variant variant;
+        bool edgesAcross;  // the moving edges run across the stage (horizontal slats, up/down wipes)
+    } kCases[] = {
+        {{"Blinds In", {{0, 0}}}, true},  {{"Blinds In", {{0, 3}}}, false}, {{"Blinds Out", {{0, 1}}}, true},
+        {{"Blinds Out", {{0, 2}}}, false}, {{"Wipe On", {{0, 0}}}, true},   {{"Wipe Off", {{0, 3}}}, false},
+    };
+    const std::vector<Point> across = Grid(0, 0, kStageW, kStageH, 16, 480);
+    const std::vector<Point> along = Grid(0, 0, kStageW, kStageH, 640, 16);
+    for (const auto& c : kCases) {
+        SCOPED_TRACE(c.variant.Describe());
+        const std::vector<Point>& grid = c.edgesAcross ? across : along;
+        Stage stage(c.variant.Make(), 1000, 12.0f, {.in = kFullIncoming});
+        ASSERT_EQ(stage.Frames(), 12);
+        for (int frame = 1; frame < 12; ++frame) {
+            stage.PlayTo(frame);
+            const auto shown = std::count_if(grid.begin(), grid.end(), [&](Point p) { return stage.At(p).in > 0.5; });
+            // Within the grid's pixel on each of twenty slats; a frame off is 1/12.
+            EXPECT_NEAR(double(shown) / double(grid.size()), frame / 12.0, 0.02) << "frame " << frame;
+        }
+    }
+}
