@@ -16,6 +16,7 @@
 #include "model/SlideShow.h"
 #include "movie/MovieScripts.h"
 #include "movie/PicturePipeline.h"
+#include "movie/ShowButtons.h"
 #include "movie/SlideStep.h"
 #include "swf/SwfCompress.h"
 #include "swf/SwfTags.h"
@@ -56,14 +57,19 @@ SlideImage ExportedImage(const Slide& slide, const SlideShow& show, bool bitmapS
 }
 
 // Everything written before the first slide: background, the show's
-// functions and start action, the pause before it plays.
-void WriteHead(SwfWriter& writer, const SlideShow& show) {
+// functions and start action, the show's click button, the pause before it
+// plays.
+void WriteHead(SwfWriter& writer, const SlideShow& show, uint32_t& ids, uint32_t& depths) {
     writer.AddTag(std::make_unique<SetBackgroundColorTag>(SwfColor::FromRgb(show.bgColor)));
     const bool controls = show.controls.enabled;
     SwfActionList start = BuildStartScript(show, controls);
     if (start.size() > 0 || controls) {
         writer.AddTag(std::make_unique<DoActionTag>(std::move(start)));
         writer.AddTag(std::make_unique<ShowFrameTag>());
+    }
+    if (show.swfData.mouseClickAction.enable) {
+        MovieContext ctx{writer, show.fps, ids, depths};
+        WriteClickButton(ctx, show.swfData.mouseClickAction);
     }
     for (int i = StartPauseFrames(show); i > 0; --i) writer.AddTag(std::make_unique<ShowFrameTag>());
 }
@@ -86,6 +92,11 @@ SlideStepInput StepInput(const SlideShow& show, const Slide& slide, const SlideI
     in.stageWidth = show.width();
     in.stageHeight = show.height();
     in.movieFolder = movieFolder;
+    // A show that waits for a click waits with its first slide on the stage.
+    if (index == 1 && show.swfData.movieStartAction == SwfData::StartAction::StopOnFirstFrame) {
+        const bool controls = show.controls.enabled;
+        in.onShown = [controls](MovieContext& ctx) { WriteStartGate(ctx, controls); };
+    }
     return in;
 }
 
@@ -123,8 +134,8 @@ std::string CheckLimits(const SlideShow& show, const std::vector<SlideImage>& im
                         FontCatalog& fonts) {
     SwfWriter counter(false);
     counter.Setup(PixelsToTwips(show.width()), PixelsToTwips(show.height()), show.fps, version);
-    WriteHead(counter, show);
     uint32_t ids = 0, depths = 0;
+    WriteHead(counter, show, ids, depths);
     CaptionWriter captions(fonts);
     CollectCaptions(show, captions);
     PlaceShowCaptions(show, captions, MovieContext{counter, show.fps, ids, depths});
@@ -210,7 +221,8 @@ ExportResult MovieExporter::ExportMovie(const std::string& path, ProgressSink* p
         result.error = writer.Error().empty() ? "cannot create the file" : writer.Error();
         return result;
     }
-    WriteHead(writer, show_);
+    uint32_t nextCharacterId = 0, nextDepth = 0;
+    WriteHead(writer, show_, nextCharacterId, nextDepth);
 
     std::unique_ptr<DiskCache> cache;
     if (!options.cacheFolder.empty()) cache = std::make_unique<DiskCache>(options.cacheFolder, options.cacheMaxBytes);
@@ -231,7 +243,6 @@ ExportResult MovieExporter::ExportMovie(const std::string& path, ProgressSink* p
     pipe.progress = progress;
     PicturePipeline pictures(std::move(jobs), pipe);
 
-    uint32_t nextCharacterId = 0, nextDepth = 0;
     CaptionWriter captions(fonts);
     CollectCaptions(show_, captions);
     PlaceShowCaptions(show_, captions, MovieContext{writer, show_.fps, nextCharacterId, nextDepth});

@@ -8,43 +8,72 @@ namespace quillet {
 
 namespace {
 
-void PushStrings(SwfActionList& list, std::initializer_list<const char*> values) {
-    auto& push = list.Emplace<ActionPush>();
-    for (const char* v : values) push.values.push_back(SwfPushValue::MakeString(v));
+size_t ByteSize(const SwfActionList& list) { return list.ByteSize(0, list.size()); }
+
+// if (top of stack) body else orElse, laid out as
+//   If over orElse and the jump ; orElse ; Jump over body ; body
+void AppendIfElse(SwfActionList& list, SwfActionList&& body, SwfActionList&& orElse) {
+    const size_t bodySize = ByteSize(body);
+    ActionJump jump(0);
+    list.Emplace<ActionIf>(static_cast<int16_t>(ByteSize(orElse) + jump.RecordSize()));
+    list.Append(std::move(orElse));
+    list.Emplace<ActionJump>(static_cast<int16_t>(bodySize));
+    list.Append(std::move(body));
 }
 
-// getURL / loadMovie / unloadMovie as the end and click actions use them.
-void AppendUrlAction(SwfActionList& list, const SwfData::UrlAction& action, bool allowUnload) {
-    switch (action.action) {
-        case 0:  // get URL into a browser window
-            list.Emplace<ActionGetURL>(action.url, action.target);
-            break;
-        case 1:  // load a movie into a level or clip
-            list.Emplace<ActionGetURL>(action.url, action.target.empty() ? "_level0" : action.target);
-            break;
-        case 2:
-            if (allowUnload) list.Emplace<ActionGetURL>("", action.target.empty() ? "_level0" : action.target);
-            break;
-        default:
-            break;
+// Stops the timeline the actions run on; with controls, through
+// slideshow_pause so that the play/pause button shows "play".
+void AppendStop(SwfActionList& list, bool controls) {
+    if (controls) {
+        list.Emplace<ActionPush>().Integer(0).String(kShowPauseFunction);
+        list.Emplace<ActionCallFunction>();
+        list.Emplace<ActionPop>();
+    } else {
+        list.Emplace<ActionStop>();
     }
+}
+
+void AppendPlay(SwfActionList& list, bool controls) {
+    if (controls) {
+        list.Emplace<ActionPush>().Integer(0).String(kShowPlayFunction);
+        list.Emplace<ActionCallFunction>();
+        list.Emplace<ActionPop>();
+    } else {
+        list.Emplace<ActionPlay>();
+    }
+}
+
+bool IsWindowOrLevel(const std::string& target) {
+    return target.empty() || target[0] == '_';  // _level1, _blank, _self, _parent, _top
 }
 
 }  // namespace
 
+void AppendUrlAction(SwfActionList& list, const SwfData::UrlAction& action) {
+    std::string target = action.target;
+    if (action.action == 0) {  // get URL into a browser window
+        list.Emplace<ActionGetURL>(action.url, target);
+        return;
+    }
+    if (action.action != 1 && action.action != 2) return;
+    // Load or unload: a movie without a target replaces the show itself.
+    if (target.empty()) target = "_level0";
+    const std::string url = action.action == 1 ? action.url : std::string();
+    if (IsWindowOrLevel(target)) {
+        list.Emplace<ActionGetURL>(url, target);
+    } else {
+        list.Emplace<ActionPush>().String(url).String(target);
+        list.Emplace<ActionGetURL2>(ActionGetURL2::None, true, false);
+    }
+}
+
 SwfActionList BuildStartScript(const SlideShow& show, bool controls) {
     SwfActionList list;
     if (controls) AppendShowFunctions(list);
-    if (show.swfData.movieStartAction == SwfData::StartAction::StopOnFirstFrame) {
-        list.Emplace<ActionStop>();
-        if (controls) {
-            // The controls show "play" while the show waits for a click.
-            auto& push = list.Emplace<ActionPush>();
-            push.values.push_back(SwfPushValue::MakeInteger(0));
-            push.values.push_back(SwfPushValue::MakeString(kShowPauseFunction));
-            list.Emplace<ActionCallFunction>();
-            list.Emplace<ActionPop>();
-        }
+    // The counter is set here, on a frame the loop never comes back to.
+    if (show.swfData.loop == SwfData::Loop::Times) {
+        list.Emplace<ActionPush>().String(kLoopCounterVariable).Integer(0);
+        list.Emplace<ActionSetVariable>();
     }
     return list;
 }
@@ -55,51 +84,68 @@ int StartPauseFrames(const SlideShow& show) {
     return static_cast<int>(static_cast<uint32_t>(show.swfData.pauseTime) * 0.001 * show.fps + 0.5);
 }
 
+SwfActionList BuildGateScript(bool controls) {
+    SwfActionList list;
+    list.Emplace<ActionSetTarget>("_root");
+    list.Emplace<ActionPush>().String(kStartedVariable);
+    list.Emplace<ActionGetVariable>();
+    list.Emplace<ActionSetTarget>("");
+    // Started: the empty frame. Else the main timeline and the gate wait.
+    SwfActionList started;
+    started.Emplace<ActionGotoFrame>(1);
+    started.Emplace<ActionStop>();
+    SwfActionList waiting;
+    waiting.Emplace<ActionSetTarget>("_root");
+    AppendStop(waiting, controls);
+    waiting.Emplace<ActionSetTarget>("");
+    waiting.Emplace<ActionStop>();
+    AppendIfElse(list, std::move(started), std::move(waiting));
+    return list;
+}
+
+SwfActionList BuildGateClick(bool controls) {
+    SwfActionList list;
+    list.Emplace<ActionSetTarget>("_root");
+    list.Emplace<ActionPush>().String(kStartedVariable).Integer(1);
+    list.Emplace<ActionSetVariable>();
+    AppendPlay(list, controls);
+    list.Emplace<ActionSetTarget>("");
+    list.Emplace<ActionNextFrame>();
+    return list;
+}
+
 SwfActionList BuildEndScript(const SlideShow& show, bool controls) {
     SwfActionList list;
     const SwfData& data = show.swfData;
-    if (data.movieEndAction.enable) AppendUrlAction(list, data.movieEndAction, true);
+    // The show ends for good: the end action, then it stays on its last frame.
+    SwfActionList end;
+    if (data.movieEndAction.enable) AppendUrlAction(end, data.movieEndAction);
+    AppendStop(end, controls);
     switch (data.loop) {
         case SwfData::Loop::Forever:
-            list.Emplace<ActionGoToLabel>("slide_1");
+            // A show that never ends never runs its end action.
+            list.Emplace<ActionGoToLabel>(kFirstSlideLabel);
             list.Emplace<ActionPlay>();
             break;
         case SwfData::Loop::Times: {
-            // showloop counts the plays so far: showloop = showloop + 1;
-            // if (showloop < loopCount) gotoAndPlay("slide_1") else stop().
-            PushStrings(list, {"showloop", "showloop"});
+            // showloop = showloop + 1; if (showloop < loopCount) gotoAndPlay("slide_1") else end.
+            list.Emplace<ActionPush>().String(kLoopCounterVariable).String(kLoopCounterVariable);
             list.Emplace<ActionGetVariable>();
             list.Emplace<ActionIncrement>();
             list.Emplace<ActionSetVariable>();
-            PushStrings(list, {"showloop"});
+            list.Emplace<ActionPush>().String(kLoopCounterVariable);
             list.Emplace<ActionGetVariable>();
-            auto& push = list.Emplace<ActionPush>();
-            push.values.push_back(SwfPushValue::MakeInteger(data.loopCount));
+            list.Emplace<ActionPush>().Integer(data.loopCount);
             list.Emplace<ActionLess2>();
-            list.Emplace<ActionNot>();
-            // Skip the two-record "go to slide 1 and play" branch when done.
-            ActionGoToLabel go("slide_1");
-            ActionPlay play;
-            ActionJump jump(0);
-            auto skip = static_cast<int16_t>(go.RecordSize() + play.RecordSize() + jump.RecordSize());
-            list.Emplace<ActionIf>(skip);
-            list.Emplace<ActionGoToLabel>("slide_1");
-            list.Emplace<ActionPlay>();
-            ActionStop stop;
-            list.Emplace<ActionJump>(static_cast<int16_t>(stop.RecordSize()));
-            list.Emplace<ActionStop>();
+            SwfActionList again;
+            again.Emplace<ActionGoToLabel>(kFirstSlideLabel);
+            again.Emplace<ActionPlay>();
+            AppendIfElse(list, std::move(again), std::move(end));
             break;
         }
         case SwfData::Loop::None:
         default:
-            if (controls) {
-                auto& push = list.Emplace<ActionPush>();
-                push.values.push_back(SwfPushValue::MakeInteger(0));
-                push.values.push_back(SwfPushValue::MakeString(kShowPauseFunction));
-                list.Emplace<ActionCallFunction>();
-                list.Emplace<ActionPop>();
-            }
-            list.Emplace<ActionStop>();
+            list.Append(std::move(end));
             break;
     }
     return list;

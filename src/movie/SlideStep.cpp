@@ -138,6 +138,7 @@ SlideOnStage SlideStep::WriteSlide(const SlideStepInput& in, SlideOnStage* outgo
     WriteLabel("slidepre_%d", in.index);
     slide.transitionIn().Render(&stage, outgoing, ctx_);
     WriteLabel("slide_%d", in.index);
+    if (in.onShown) in.onShown(ctx_);
     // A slide's time starts when its transition is over: its captions' start
     // times count from this frame.
     if (captions_) {

@@ -4,6 +4,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -25,6 +26,9 @@ struct SlideStepInput {
     uint32_t backgroundColor = 0;        // 0x00RRGGBB, what a blank slide shows
     int stageWidth = 0, stageHeight = 0; // pixels
     std::string movieFolder;             // where the movie goes: pictures loaded at play time are found from there
+    // Written into the slide's first full frame (after its transition), e.g.
+    // the gate that holds a show on its first slide until a click.
+    std::function<void(MovieContext&)> onShown;
 };
 
 // The address by which a movie in `movieFolder` finds a picture at play time:

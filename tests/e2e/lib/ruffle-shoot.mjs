@@ -18,6 +18,8 @@
 //   --wallclock real time instead of the virtual animation clock (movies paced by stream
 //               sound); expect +-1 frame then
 //   --settle-ms real time to wait after loading, with the virtual clock stopped (default 200)
+//   --click     T or T@X,Y: a mouse click at movie time T (ms), at X,Y (default the middle
+//               of the stage), after the screenshot of that time if there is one (repeatable)
 //
 // Writes:
 //   OUT/NAME-<time>ms.png  one screenshot per time
@@ -60,7 +62,7 @@ function usage(message) {
 }
 
 function parseArgs(argv) {
-  const opts = { probes: [], wallclock: false, network: false, timeoutMs: 60000, settleMs: 200 };
+  const opts = { probes: [], clicks: [], wallclock: false, network: false, timeoutMs: 60000, settleMs: 200 };
   for (let i = 0; i < argv.length; i++) {
     const a = argv[i];
     const next = () => {
@@ -71,6 +73,7 @@ function parseArgs(argv) {
     else if (a === "--size") opts.size = next();
     else if (a === "--times") opts.times = next();
     else if (a === "--probe") opts.probes.push(next());
+    else if (a === "--click") opts.clicks.push(next());
     else if (a === "--out") opts.out = next();
     else if (a === "--name") opts.name = next();
     else if (a === "--wallclock") opts.wallclock = true;
@@ -90,6 +93,12 @@ function parseArgs(argv) {
     const q = /^(\d+),(\d+)$/.exec(p);
     if (!q) usage(`bad probe ${p} (want X,Y)`);
     return [Number(q[1]), Number(q[2])];
+  });
+  opts.clickList = opts.clicks.map((c) => {
+    const q = /^(\d+)(?:@(\d+),(\d+))?$/.exec(c);
+    if (!q) usage(`bad click ${c} (want T or T@X,Y)`);
+    return { time: Number(q[1]), x: q[2] === undefined ? opts.width / 2 : Number(q[2]),
+      y: q[3] === undefined ? opts.height / 2 : Number(q[3]) };
   });
   opts.name = opts.name || path.basename(opts.movie).replace(/\.[^.]*$/, "");
   opts.out = opts.out || path.join(path.dirname(opts.movie), `${opts.name}-shots`);
@@ -290,12 +299,27 @@ async function main() {
     await new Promise((r) => setTimeout(r, opts.settleMs));
     const shots = [];
     const wallStart = Date.now();
-    for (const time of opts.timeList) {
+    // Shots and clicks in time order; a click comes after the shot of its time.
+    const events = [...opts.timeList.map((time) => ({ time, shot: true })), ...opts.clickList]
+      .sort((a, b) => a.time - b.time || (a.shot ? -1 : 0) - (b.shot ? -1 : 0));
+    for (const event of events) {
+      const time = event.time;
       if (opts.wallclock) {
         const wait = time - (Date.now() - wallStart);
         if (wait > 0) await new Promise((r) => setTimeout(r, wait));
       } else {
         await pg.evaluate((t) => window.__quilletAdvanceTo(t), time);
+      }
+      if (!event.shot) {
+        // On a software renderer the player opens a hardware-acceleration notice
+        // on the first mouse-over; it would cover the stage and take the click.
+        await pg.mouse.move(event.x, event.y);
+        await pg.evaluate(() => {
+          const modal = document.getElementById("stage")?.shadowRoot?.getElementById("hardware-acceleration-modal");
+          if (modal) modal.classList.add("hidden");
+        });
+        await pg.mouse.click(event.x, event.y);
+        continue;
       }
       const png = await pg.screenshot({ type: "png" });
       const file = path.join(opts.out, `${opts.name}-${time}ms.png`);

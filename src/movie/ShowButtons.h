@@ -1,0 +1,17 @@
+// The stage-sized buttons of the show: the gate that holds a show stopped on
+// its first slide until a click, and the show-wide click action.
+#pragma once
+
+#include "effects/SlideRender.h"
+#include "model/SwfData.h"
+
+namespace quillet {
+
+// Defines the gate clip and places it at a fresh depth in the current frame.
+// Takes three ids (hit shape, button, clip) and one depth.
+void WriteStartGate(MovieContext& ctx, bool controls);
+// Defines a button over the whole stage that runs `action` on release and
+// places it at a fresh depth. Takes two ids and one depth.
+void WriteClickButton(MovieContext& ctx, const SwfData::UrlAction& action);
+
+}  // namespace quillet
