@@ -84,7 +84,12 @@ SoundImportResult ImportSound(const SoundImportRequest& request, ProgressSink* p
     SF_INFO info{};
     std::unique_ptr<SNDFILE, SndCloser> sound(sf_open(path.c_str(), SFM_READ, &info));
     if (!sound) {
-        result.error = path + ": not a sound that can be read (" + sf_strerror(nullptr) + ")";
+        // libsndfile's own text for a failed open is often beside the point
+        // (it blames the file type for a missing file and the reverse).
+        std::error_code ec;
+        result.error = path + (std::filesystem::is_regular_file(path, ec)
+                                   ? ": not a sound that can be read (WAV, AIFF or MP3)"
+                                   : ": the file does not exist");
         return result;
     }
     if (info.frames <= 0 || info.channels <= 0 || info.samplerate <= 0) {

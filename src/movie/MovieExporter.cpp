@@ -15,6 +15,7 @@
 #include "model/Slide.h"
 #include "model/SlideShow.h"
 #include "movie/MovieScripts.h"
+#include "movie/MovieSounds.h"
 #include "movie/PicturePipeline.h"
 #include "movie/ShowButtons.h"
 #include "movie/SlideStep.h"
@@ -248,6 +249,8 @@ ExportResult MovieExporter::ExportMovie(const std::string& path, ProgressSink* p
     PlaceShowCaptions(show_, captions, MovieContext{writer, show_.fps, nextCharacterId, nextDepth});
     SlideStep step(writer, show_.fps, nextCharacterId, nextDepth);
     step.SetCaptions(&captions);
+    MovieSounds sounds(writer, nextCharacterId, progress);
+    sounds.StartShow(show_.sound);
     const std::string movieFolder = fs::path(path).parent_path().string();
     SlideOnStage previous;
     bool havePrevious = false;
@@ -271,6 +274,7 @@ ExportResult MovieExporter::ExportMovie(const std::string& path, ProgressSink* p
         }
         const Slide& slide = *show_.slideAt(i - 1);
         if (slide.type == SlideType::Image && !picture.ok) result.warnings.push_back(picture.error);
+        sounds.StartSlide(slide.sound);
         previous = step.WriteSlide(StepInput(show_, slide, images[static_cast<size_t>(i - 1)], i, &picture, movieFolder),
                                    havePrevious ? &previous : nullptr);
         havePrevious = true;
@@ -284,7 +288,12 @@ ExportResult MovieExporter::ExportMovie(const std::string& path, ProgressSink* p
     for (std::string& line : captions.Warnings()) result.warnings.push_back(std::move(line));
 
     // What is written so far stays a valid movie of the slides done.
-    if (!result.cancelled) WriteTail(writer, show_);
+    for (std::string& line : sounds.Warnings()) result.warnings.push_back(std::move(line));
+    if (sounds.Cancelled()) result.cancelled = true;
+    if (!result.cancelled) {
+        sounds.EndShow();
+        WriteTail(writer, show_);
+    }
     writer.AddTag(std::make_unique<EndTag>());
     writer.SetNextCharacterId(static_cast<uint16_t>(nextCharacterId));
     result.fileLength = writer.Close();

@@ -1,0 +1,119 @@
+#!/usr/bin/env bash
+# Slide sounds and the show's music in the movie: the MP3 data of every
+# DefineSound decodes with ffmpeg to the rate, channels, length and pitch it
+# was made with; a sound used by two slides is stored once; without the
+# encoder library, or with a bad sound file, the movie is written without
+# that sound and the export says why once.
+set -euo pipefail
+: "${QUILLET:?}"
+work=$(mktemp -d)
+trap 'rm -rf "$work"' EXIT
+export QUILLET_CONFIG_DIR="$work/config" XDG_CACHE_HOME="$work/cache"
+cd "$work"
+for c in red green blue; do convert -size 64x48 xc:$c $c.png; done
+sox -n -r 44100 -c 2 -b 16 tone.wav synth 3 sine 440 vol 0.5
+sox -n -r 48000 -c 1 -b 24 music.aiff synth 5 sine 660 vol 0.3
+echo "this is not a sound" > text.mp3
+"$QUILLET" new red.png green.png blue.png -o plain.qpj --duration 2000 >/dev/null
+
+# make_show OUT SLIDE1 SLIDE2 SLIDE3 MUSIC: each "file:rate:stereo" or "-" for none.
+make_show() {
+  /usr/bin/python3 - "$@" <<'PY'
+import sys
+out, *sounds = sys.argv[1:]
+s = open("plain.qpj").read()
+empty = '<sound_data include="false" play_until_next_sound="false">\n</sound_data>'
+parts = s.split(empty)
+assert len(parts) == 5, len(parts)
+def element(spec, loop):
+    if spec == "-":
+        return empty
+    src, rate, stereo = spec.split(":")
+    return ('<sound_data include="true" play_until_next_sound="false">\n'
+            f'<sound src="{src}" start_time="0" duration="0" play_entire_sound="true" loop="{loop}" '
+            f'sample_rate="{rate}" bit_rate="96" stereo="{stereo}" sync="false" />\n</sound_data>')
+text = parts[0]
+for i, spec in enumerate(sounds):
+    text += element(spec, "true" if i == 3 else "false") + parts[i + 1]
+open(out, "w").write(text)
+PY
+}
+
+# Writes every DefineSound's MP3 data to NAME-ID.mp3 and prints "id rate stereo samples" lines.
+sounds_of() {
+  /usr/bin/python3 - "$1" "$2" <<'PY'
+import struct, sys, zlib
+path, name = sys.argv[1:]
+data = open(path, "rb").read()
+body = zlib.decompress(data[8:]) if data[:1] == b"C" else data[8:]
+nbits = body[0] >> 3
+pos = (5 + 4 * nbits + 7) // 8 + 4
+while pos < len(body):
+    code_len, = struct.unpack_from("<H", body, pos); pos += 2
+    code, length = code_len >> 6, code_len & 63
+    if length == 63:
+        length, = struct.unpack_from("<I", body, pos); pos += 4
+    if code == 14:
+        sid, flags, count = struct.unpack_from("<HBI", body, pos)
+        assert flags >> 4 == 2, "not MP3"
+        rate = [5512, 11025, 22050, 44100][(flags >> 2) & 3]
+        open(f"{name}-{sid}.mp3", "wb").write(body[pos + 9:pos + length])
+        print(sid, rate, flags & 1, count)
+    pos += length
+PY
+}
+
+# Decodes an MP3 and checks rate, channels, length (within a frame past
+# LAME's 1105-sample delay) and the tone's pitch by zero crossings.
+check_mp3() {  # FILE RATE CHANNELS SECONDS HZ
+  ffmpeg -loglevel error -f mp3 -i "$1" -f s16le -acodec pcm_s16le - > "$1.raw"
+  read -r rate channels < <(ffprobe -v error -f mp3 -show_entries stream=sample_rate,channels -of csv=p=0 "$1" | tr , ' ')
+  [ "$rate" = "$2" ] || { echo "$1: rate $rate, wanted $2"; exit 1; }
+  [ "$channels" = "$3" ] || { echo "$1: $channels channels, wanted $3"; exit 1; }
+  /usr/bin/python3 - "$1.raw" "$2" "$3" "$4" "$5" <<'PY'
+import array, sys
+raw, rate, channels, seconds, hz = sys.argv[1], int(sys.argv[2]), int(sys.argv[3]), float(sys.argv[4]), float(sys.argv[5])
+s = array.array("h", open(raw, "rb").read())[::channels]
+frame = 1152 if rate >= 32000 else 576
+assert abs(len(s) - 1105 - seconds * rate) <= frame, (raw, len(s), seconds * rate)
+mid = s[len(s) // 4: len(s) * 3 // 4]
+ups = sum(1 for a, b in zip(mid, mid[1:]) if a < 0 <= b)
+got = ups * rate / len(mid)
+assert abs(got - hz) < 3, (raw, got, hz)
+PY
+}
+
+# Slides 1 and 3 share the tone (stored once), slide 2 is silent, the music
+# (48 kHz 24-bit mono AIFF) is taken to 22.05 kHz stereo.
+make_show show.qpj "$work/tone.wav:44100:true" - "$work/tone.wav:44100:true" "$work/music.aiff:22050:true"
+"$QUILLET" export show.qpj -o show.swf > export.txt
+sounds_of show.swf show > sounds.txt
+[ "$(wc -l < sounds.txt)" = 2 ] || { cat sounds.txt; echo "wanted two sounds"; exit 1; }
+read -r music_id music_rate music_stereo music_samples < <(sed -n 1p sounds.txt)
+read -r tone_id tone_rate tone_stereo tone_samples < <(sed -n 2p sounds.txt)
+[ "$music_rate $music_stereo $music_samples" = "22050 1 110250" ]
+[ "$tone_rate $tone_stereo $tone_samples" = "44100 1 132300" ]
+check_mp3 "show-$music_id.mp3" 22050 2 5 660
+check_mp3 "show-$tone_id.mp3" 44100 2 3 440
+# Start music, start tone, stop tone (slide 2), start tone, stop both at the end.
+"$QUILLET" info show.swf | awk '$2 == "StartSound" {print $NF}' | tr '\n' ' ' > starts.txt
+[ "$(cat starts.txt)" = "$music_id $tone_id $tone_id $tone_id $tone_id $music_id " ] || { cat starts.txt; exit 1; }
+
+# Without the encoder (missing, or lacking an entry point) the show is written
+# silently and the export says so once, for three sounds.
+for case in "/nonexistent/libmp3lame.so.0:error 1" "libz.so.1:error 2"; do
+  lib=${case%%:*} code=${case#*:}
+  QUILLET_LAME_LIBRARY="$lib" "$QUILLET" export show.qpj -o quiet.swf > quiet.txt 2>&1
+  [ "$(grep -c "$code" quiet.txt)" = 1 ] || { cat quiet.txt; exit 1; }
+  ! "$QUILLET" info quiet.swf | grep -q DefineSound
+done
+
+# A text file named .mp3 is named in the export's message; the rest plays.
+make_show bad.qpj "$work/text.mp3:44100:true" "$work/tone.wav:11025:false" - -
+"$QUILLET" export bad.qpj -o bad.swf > bad.txt 2>&1
+grep -q "text.mp3" bad.txt || { cat bad.txt; exit 1; }
+sounds_of bad.swf bad > badsounds.txt
+read -r id rate stereo samples < badsounds.txt
+[ "$(wc -l < badsounds.txt)" = 1 ]
+check_mp3 "bad-$id.mp3" 11025 1 3 440
+echo "sound: ok"
