@@ -5,7 +5,7 @@
 # encoder library, or with a bad sound file, the movie is written without
 # that sound and the export says why once.
 set -euo pipefail
-: "${QUILLET:?}"
+: "${QUILLET:?}" "${QUILLET_SOURCE_DIR:?}"
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 export QUILLET_CONFIG_DIR="$work/config" XDG_CACHE_HOME="$work/cache"
@@ -98,6 +98,11 @@ check_mp3 "show-$tone_id.mp3" 44100 2 3 440
 # Start music, start tone, stop tone (slide 2), start tone, stop both at the end.
 "$QUILLET" info show.swf | awk '$2 == "StartSound" {print $NF}' | tr '\n' ' ' > starts.txt
 [ "$(cat starts.txt)" = "$music_id $tone_id $tone_id $tone_id $tone_id $music_id " ] || { cat starts.txt; exit 1; }
+
+# The player plays the movie with its sounds, on the real clock, without errors.
+node "$QUILLET_SOURCE_DIR/tests/e2e/lib/ruffle-shoot.mjs" --movie "$work/show.swf" --size 320x240 \
+  --times 500,3000,6500 --wallclock --out "$work/shots" --name show >/dev/null
+/usr/bin/python3 -c 'import json, sys; e = json.load(open(sys.argv[1]))["errors"]; assert not e, e' "$work/shots/show.json"
 
 # Without the encoder (missing, or lacking an entry point) the show is written
 # silently and the export says so once, for three sounds.
