@@ -10,6 +10,7 @@
 
 #include "io/TempFolder.h"
 #include "media/Mp3Encoder.h"
+#include "media/Mp3Frames.h"
 #include "media/Progress.h"
 #include "media/SoundImport.h"
 #include "support/TempDir.h"
@@ -139,6 +140,23 @@ TEST_F(SoundTest, SourcesRoundTripThroughTheEncoder) {
         EXPECT_NEAR(static_cast<double>(d.Frames()) - 1105, seconds * r.outRate, frame);
         EXPECT_NEAR(Frequency(d), 440.0, 3.0);
         fs::remove(pcm.pcmPath);
+
+        // The frames cover the data exactly and carry its rate and channels;
+        // a cut-short last frame is left out.
+        const std::vector<Mp3Frame> frames = SplitMp3Frames(format.mp3);
+        ASSERT_FALSE(frames.empty());
+        size_t bytes = 0;
+        for (const Mp3Frame& f : frames) {
+            EXPECT_EQ(f.offset, bytes);
+            EXPECT_EQ(f.sampleRate, static_cast<uint32_t>(r.outRate));
+            EXPECT_EQ(f.channels, r.outChannels);
+            EXPECT_EQ(f.samples, r.outRate >= 32000 ? 1152u : 576u);
+            bytes += f.length;
+        }
+        EXPECT_EQ(bytes, format.mp3.size());
+        EXPECT_EQ(static_cast<long>(frames.size() * frames[0].samples), d.Frames());
+        const std::span<const uint8_t> cut(format.mp3.data(), format.mp3.size() - 1);
+        EXPECT_EQ(SplitMp3Frames(cut).size(), frames.size() - 1);
     }
 }
 
