@@ -250,7 +250,7 @@ ExportResult MovieExporter::ExportMovie(const std::string& path, ProgressSink* p
     SlideStep step(writer, show_.fps, nextCharacterId, nextDepth);
     step.SetCaptions(&captions);
     MovieSounds sounds(writer, nextCharacterId, progress);
-    sounds.StartShow(show_.sound);
+    sounds.StartShow(show_);
     const std::string movieFolder = fs::path(path).parent_path().string();
     SlideOnStage previous;
     bool havePrevious = false;

@@ -1,9 +1,13 @@
 #include "movie/MovieSounds.h"
 
+#include <algorithm>
+#include <cmath>
 #include <filesystem>
 
 #include "media/Mp3Encoder.h"
 #include "media/SoundImport.h"
+#include "model/Slide.h"
+#include "model/SlideShow.h"
 #include "model/SlideSound.h"
 #include "swf/SwfTags.h"
 #include "swf/SwfWriter.h"
@@ -27,28 +31,39 @@ const SoundClip* FirstClip(const SlideSound& sound) {
     return nullptr;
 }
 
+void PutU16(std::vector<uint8_t>& out, uint16_t v) {
+    out.push_back(static_cast<uint8_t>(v));
+    out.push_back(static_cast<uint8_t>(v >> 8));
+}
+
 }  // namespace
 
-uint16_t MovieSounds::Define(const SoundClip& clip) {
-    const int32_t rate = MovieRate(clip.sampleRate);
+MovieSounds::MovieSounds(SwfWriter& writer, uint32_t& nextCharacterId, ProgressSink* progress)
+    : writer_(writer), nextCharacterId_(nextCharacterId), progress_(progress) {}
+
+MovieSounds::~MovieSounds() {
+    if (listener_ >= 0) writer_.RemoveFrameListener(listener_);
+}
+
+const MovieSounds::Encoded* MovieSounds::Encode(const SoundClip& clip, int32_t rate, bool stereo) {
     const Key key{clip.src, clip.startTime, clip.playEntireSound ? 0u : clip.duration, clip.playEntireSound,
-                  rate, clip.bitRate, clip.stereo};
-    auto found = defined_.find(key);
-    if (found != defined_.end()) return found->second;
-    uint16_t& id = defined_[key];
-    if (cancelled_) return id;
+                  rate, clip.bitRate, stereo};
+    auto found = encodedSounds_.find(key);
+    if (found != encodedSounds_.end()) return found->second.get();
+    std::unique_ptr<Encoded>& slot = encodedSounds_[key];
+    if (cancelled_) return nullptr;
 
     SoundImportRequest request;
     request.path = clip.src;
     request.startMs = clip.startTime;
     request.durationMs = clip.duration;
     request.playEntireSound = clip.playEntireSound;
-    request.channels = clip.stereo ? 2 : 1;
+    request.channels = stereo ? 2 : 1;
     SoundImportResult pcm = ImportSound(request, progress_);
     if (!pcm.ok) {
         if (pcm.cancelled) cancelled_ = true;
         else warnings_.push_back(pcm.error + "; the show is written without it");
-        return id;
+        return nullptr;
     }
     SoundFormat format;
     format.bitRate = clip.bitRate;
@@ -67,21 +82,37 @@ uint16_t MovieSounds::Define(const SoundClip& clip) {
         } else {
             warnings_.push_back(clip.src + ": " + mp3.message + "; the show is written without it");
         }
-        return id;
+        return nullptr;
     }
     ++encoded_;
-    id = static_cast<uint16_t>(++nextCharacterId_);
-    auto tag = std::make_unique<DefineSoundTag>(id);
+    slot = std::make_unique<Encoded>();
+    slot->mp3 = std::move(format.mp3);
+    slot->frames = SplitMp3Frames(slot->mp3);
+    slot->sampleCount = static_cast<uint32_t>(mp3.samplesIn * static_cast<uint64_t>(rate) / pcm.pcm.sampleRate);
+    return slot.get();
+}
+
+uint16_t MovieSounds::Define(const SoundClip& clip) {
+    Encoded* sound = const_cast<Encoded*>(Encode(clip, MovieRate(clip.sampleRate), clip.stereo));
+    if (!sound) return 0;
+    if (sound->characterId) return sound->characterId;
+    sound->characterId = static_cast<uint16_t>(++nextCharacterId_);
+    auto tag = std::make_unique<DefineSoundTag>(sound->characterId);
     tag->format = SwfSoundFormat::Mp3;
-    tag->rate = SwfSoundRateCode(static_cast<uint32_t>(rate));
+    tag->rate = SwfSoundRateCode(static_cast<uint32_t>(MovieRate(clip.sampleRate)));
     tag->is16Bit = true;
-    tag->stereo = format.outChannels == 2;
-    tag->sampleCount = static_cast<uint32_t>(mp3.samplesIn * static_cast<uint64_t>(rate) / pcm.pcm.sampleRate);
-    tag->data.reserve(format.mp3.size() + 2);
-    tag->data = {0, 0};  // seek samples
-    tag->data.insert(tag->data.end(), format.mp3.begin(), format.mp3.end());
+    tag->stereo = clip.stereo;
+    tag->sampleCount = sound->sampleCount;
+    tag->data.reserve(sound->mp3.size() + 2);
+    PutU16(tag->data, 0);  // seek samples
+    tag->data.insert(tag->data.end(), sound->mp3.begin(), sound->mp3.end());
     writer_.AddTag(std::move(tag));
-    return id;
+    // The character holds the bytes now; a stream use of the same sound at
+    // the same format would encode it again (rare: it needs the same file as
+    // both an event and a sync sound).
+    sound->mp3 = {};
+    sound->frames.clear();
+    return sound->characterId;
 }
 
 void MovieSounds::Start(uint16_t id, bool loop) {
@@ -99,29 +130,97 @@ void MovieSounds::Stop(uint16_t id) {
     writer_.AddTag(std::make_unique<StartSoundTag>(id, info));
 }
 
-void MovieSounds::StartShow(const SlideSound& background) {
-    const SoundClip* clip = FirstClip(background);
+void MovieSounds::StartShow(const SlideShow& show) {
+    for (const auto& slide : show.slides()) {
+        const SoundClip* clip = FirstClip(slide->sound);
+        if (clip && clip->sync) {
+            hasStream_ = true;
+            streamRate_ = MovieRate(clip->sampleRate);
+            streamStereo_ = clip->stereo;
+            break;
+        }
+    }
+    if (hasStream_) {
+        auto head = std::make_unique<SoundStreamHeadTag>();
+        head->playbackRate = head->streamRate = SwfSoundRateCode(static_cast<uint32_t>(streamRate_));
+        head->playbackStereo = head->streamStereo = streamStereo_;
+        head->streamFormat = SwfSoundFormat::Mp3;
+        head->samplesPerBlock = static_cast<uint16_t>(std::lround(streamRate_ / writer_.FrameRate()));
+        writer_.AddTag(std::move(head));
+        listener_ = writer_.AddFrameListener([this](uint16_t index) { OnFrame(index); });
+    }
+    const SoundClip* clip = FirstClip(show.sound);
     if (!clip) return;
     background_ = Define(*clip);
     if (background_) Start(background_, clip->loop);
 }
 
+void MovieSounds::StopSlideSound() {
+    if (slideSound_) Stop(slideSound_);
+    slideSound_ = 0;
+    stream_ = nullptr;
+}
+
 void MovieSounds::StartSlide(const SlideSound& sound) {
     const SoundClip* clip = FirstClip(sound);
-    if (slideSound_ && (clip || !slideSoundGoesOn_)) {
-        Stop(slideSound_);
-        slideSound_ = 0;
-    }
+    if (clip || !slideSoundGoesOn_) StopSlideSound();
     if (!clip) return;
-    slideSound_ = Define(*clip);
     slideSoundGoesOn_ = sound.playUntilNextSound;
+    if (clip->sync && hasStream_) {
+        stream_ = Encode(*clip, streamRate_, streamStereo_);
+        if (stream_ && stream_->frames.empty()) stream_ = nullptr;
+        streamLoop_ = clip->loop;
+        streamStartFrame_ = writer_.TotalFrames();
+        streamNext_ = 0;
+        streamSent_ = 0;
+        return;
+    }
+    slideSound_ = Define(*clip);
     if (slideSound_) Start(slideSound_, clip->loop);
 }
 
+void MovieSounds::OnFrame(uint16_t index) {
+    if (!stream_ || index < streamStartFrame_) return;
+    // Samples due by the start and the end of this movie frame.
+    const double perFrame = streamRate_ / static_cast<double>(writer_.FrameRate());
+    const uint64_t frameNo = static_cast<uint64_t>(index - streamStartFrame_);
+    const auto startDue = static_cast<uint64_t>(frameNo * perFrame);
+    const auto endDue = static_cast<uint64_t>((frameNo + 1) * perFrame);
+    const uint64_t sentBefore = streamSent_;
+    std::vector<uint8_t> block;
+    PutU16(block, 0);
+    PutU16(block, 0);
+    uint32_t samples = 0;
+    const auto& frames = stream_->frames;
+    while (streamSent_ < endDue) {
+        if (streamNext_ == frames.size()) {
+            if (!streamLoop_) break;
+            streamNext_ = 0;
+        }
+        const Mp3Frame& f = frames[streamNext_++];
+        block.insert(block.end(), stream_->mp3.begin() + static_cast<std::ptrdiff_t>(f.offset),
+                     stream_->mp3.begin() + static_cast<std::ptrdiff_t>(f.offset + f.length));
+        samples += f.samples;
+        streamSent_ += f.samples;
+    }
+    if (samples == 0) {
+        if (streamNext_ == frames.size() && !streamLoop_) stream_ = nullptr;
+        return;
+    }
+    // Where the movie frame's sound starts in this block's data; when earlier
+    // blocks ran ahead it starts in an earlier block and nothing is skipped.
+    const auto seek = static_cast<int16_t>(startDue > sentBefore ? std::min<uint64_t>(startDue - sentBefore, 32767) : 0);
+    block[0] = static_cast<uint8_t>(samples);
+    block[1] = static_cast<uint8_t>(samples >> 8);
+    block[2] = static_cast<uint8_t>(static_cast<uint16_t>(seek));
+    block[3] = static_cast<uint8_t>(static_cast<uint16_t>(seek) >> 8);
+    writer_.AddTag(std::make_unique<SoundStreamBlockTag>(std::move(block)));
+}
+
 void MovieSounds::EndShow() {
-    if (slideSound_) Stop(slideSound_);
-    if (background_ && background_ != slideSound_) Stop(background_);
-    slideSound_ = background_ = 0;
+    StopSlideSound();
+    if (background_) Stop(background_);
+    background_ = 0;
 }
 
 }  // namespace quillet

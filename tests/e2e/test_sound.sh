@@ -16,7 +16,8 @@ sox -n -r 48000 -c 1 -b 24 music.aiff synth 5 sine 660 vol 0.3
 echo "this is not a sound" > text.mp3
 "$QUILLET" new red.png green.png blue.png -o plain.qpj --duration 2000 >/dev/null
 
-# make_show OUT SLIDE1 SLIDE2 SLIDE3 MUSIC: each "file:rate:stereo" or "-" for none.
+# make_show OUT SLIDE1 SLIDE2 SLIDE3 MUSIC: each "file:rate:stereo[:sync|:sync-on|:on]" or "-" for none
+# (sync: a stream sound; on: plays until the next sound).
 make_show() {
   /usr/bin/python3 - "$@" <<'PY'
 import sys
@@ -28,10 +29,13 @@ assert len(parts) == 5, len(parts)
 def element(spec, loop):
     if spec == "-":
         return empty
-    src, rate, stereo = spec.split(":")
-    return ('<sound_data include="true" play_until_next_sound="false">\n'
+    src, rate, stereo, *how = spec.split(":")
+    how = how[0] if how else ""
+    sync = "true" if how.startswith("sync") else "false"
+    goes_on = "true" if how.endswith("on") else "false"
+    return (f'<sound_data include="true" play_until_next_sound="{goes_on}">\n'
             f'<sound src="{src}" start_time="0" duration="0" play_entire_sound="true" loop="{loop}" '
-            f'sample_rate="{rate}" bit_rate="96" stereo="{stereo}" sync="false" />\n</sound_data>')
+            f'sample_rate="{rate}" bit_rate="96" stereo="{stereo}" sync="{sync}" />\n</sound_data>')
 text = parts[0]
 for i, spec in enumerate(sounds):
     text += element(spec, "true" if i == 3 else "false") + parts[i + 1]
@@ -103,6 +107,19 @@ check_mp3 "show-$tone_id.mp3" 44100 2 3 440
 node "$QUILLET_SOURCE_DIR/tests/e2e/lib/ruffle-shoot.mjs" --movie "$work/show.swf" --size 320x240 \
   --times 500,3000,6500 --wallclock --out "$work/shots" --name show >/dev/null
 /usr/bin/python3 -c 'import json, sys; e = json.load(open(sys.argv[1]))["errors"]; assert not e, e' "$work/shots/show.json"
+
+# A sync sound is the movie's stream: ffprobe finds it, and it lasts as long
+# as its slide (2 s, the encoder's delay of 1105 samples included: 1.9499 s
+# of tone) or, when it plays on over the silent slide 2, as the tone (3 s and
+# the delay), within a frame, at 440 Hz.
+for case in "sync:1.9499" "sync-on:3"; do
+  how=${case%%:*} seconds=${case#*:}
+  make_show "$how.qpj" "$work/tone.wav:22050:false:$how" - - -
+  "$QUILLET" export "$how.qpj" -o "$how.swf" >/dev/null
+  [ "$(ffprobe -v error -select_streams a:0 -show_entries stream=codec_name,sample_rate,channels -of csv=p=0 "$how.swf")" = "mp3,22050,1" ]
+  ffmpeg -loglevel error -i "$how.swf" -map 0:a:0 -c:a copy -f mp3 "$how.mp3"
+  check_mp3 "$how.mp3" 22050 1 "$seconds" 440
+done
 
 # Without the encoder (missing, or lacking an entry point) the show is written
 # silently and the export says so once, for three sounds.
