@@ -250,6 +250,7 @@ ExportResult MovieExporter::ExportMovie(const std::string& path, ProgressSink* p
     SlideStep step(writer, show_.fps, nextCharacterId, nextDepth);
     step.SetCaptions(&captions);
     MovieSounds sounds(writer, nextCharacterId, progress);
+    sounds.SetCache(cache.get());
     sounds.StartShow(show_);
     const std::string movieFolder = fs::path(path).parent_path().string();
     SlideOnStage previous;

@@ -2,8 +2,10 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdlib>
 #include <filesystem>
 
+#include "io/DiskCache.h"
 #include "media/Mp3Encoder.h"
 #include "media/SoundImport.h"
 #include "model/Slide.h"
@@ -53,6 +55,31 @@ const MovieSounds::Encoded* MovieSounds::Encode(const SoundClip& clip, int32_t r
     std::unique_ptr<Encoded>& slot = encodedSounds_[key];
     if (cancelled_) return nullptr;
 
+    // Cached as u32 sample count (little-endian) and the MP3 data. The
+    // library file is part of the key: another LAME may make other bytes.
+    CacheKey cacheKey;
+    bool keyed = false;
+    if (cache_) {
+        KeyHasher hasher;
+        hasher.Add("mp3 sound 1");
+        const char* library = std::getenv("QUILLET_LAME_LIBRARY");
+        hasher.Add(library ? library : "");
+        for (int64_t n : {int64_t{clip.startTime}, int64_t{clip.playEntireSound ? 0 : clip.duration},
+                          int64_t{clip.playEntireSound}, int64_t{rate}, int64_t{clip.bitRate}, int64_t{stereo}})
+            hasher.AddNumber(n);
+        keyed = hasher.AddFile(clip.src);
+        cacheKey = hasher.Key();
+        std::vector<uint8_t> bytes;
+        if (keyed && cache_->Get(cacheKey, bytes) && bytes.size() > 4) {
+            slot = std::make_unique<Encoded>();
+            slot->sampleCount = bytes[0] | bytes[1] << 8 | bytes[2] << 16 | static_cast<uint32_t>(bytes[3]) << 24;
+            slot->mp3.assign(bytes.begin() + 4, bytes.end());
+            slot->frames = SplitMp3Frames(slot->mp3);
+            ++fromCache_;
+            return slot.get();
+        }
+    }
+
     SoundImportRequest request;
     request.path = clip.src;
     request.startMs = clip.startTime;
@@ -89,6 +116,13 @@ const MovieSounds::Encoded* MovieSounds::Encode(const SoundClip& clip, int32_t r
     slot->mp3 = std::move(format.mp3);
     slot->frames = SplitMp3Frames(slot->mp3);
     slot->sampleCount = static_cast<uint32_t>(mp3.samplesIn * static_cast<uint64_t>(rate) / pcm.pcm.sampleRate);
+    if (keyed) {
+        std::vector<uint8_t> bytes;
+        bytes.reserve(slot->mp3.size() + 4);
+        for (int shift = 0; shift < 32; shift += 8) bytes.push_back(static_cast<uint8_t>(slot->sampleCount >> shift));
+        bytes.insert(bytes.end(), slot->mp3.begin(), slot->mp3.end());
+        cache_->Put(cacheKey, bytes);
+    }
     return slot.get();
 }
 

@@ -26,6 +26,8 @@
 // changes the bytes (range, rate, bit rate, channels); later uses share the
 // character or the data. A sound that cannot be read or encoded is left out
 // with a warning naming the file; a missing encoder library is reported once.
+// With a disk cache the encoded data is kept there, keyed by the source
+// file's contents and those settings, so a re-export does not encode again.
 #pragma once
 
 #include <cstdint>
@@ -39,6 +41,7 @@
 
 namespace quillet {
 
+class DiskCache;
 class ProgressSink;
 class SlideShow;
 class SlideSound;
@@ -52,6 +55,7 @@ public:
     MovieSounds(const MovieSounds&) = delete;
     MovieSounds& operator=(const MovieSounds&) = delete;
 
+    void SetCache(DiskCache* cache) { cache_ = cache; }
     // Before the show's first slide: the stream head and the background sound.
     void StartShow(const SlideShow& show);
     // Before each slide's frames.
@@ -62,6 +66,7 @@ public:
     std::vector<std::string>& Warnings() { return warnings_; }
     bool Cancelled() const { return cancelled_; }
     int SoundsEncoded() const { return encoded_; }
+    int SoundsFromCache() const { return fromCache_; }
 
 private:
     struct Encoded {
@@ -88,6 +93,8 @@ private:
     bool libraryReported_ = false;
     bool cancelled_ = false;
     int encoded_ = 0;
+    int fromCache_ = 0;
+    DiskCache* cache_ = nullptr;
     uint16_t slideSound_ = 0;        // the slide's event sound playing
     bool slideSoundGoesOn_ = false;  // the slide's sound plays until the next sound
     uint16_t background_ = 0;

@@ -92,6 +92,9 @@ PY
 make_show show.qpj "$work/tone.wav:44100:true" - "$work/tone.wav:44100:true" "$work/music.aiff:22050:true"
 "$QUILLET" export show.qpj -o show.swf > export.txt
 sounds_of show.swf show > sounds.txt
+# A second export takes the encoded sounds from the cache: the same movie.
+"$QUILLET" export show.qpj -o again.swf >/dev/null
+cmp show.swf again.swf
 [ "$(wc -l < sounds.txt)" = 2 ] || { cat sounds.txt; echo "wanted two sounds"; exit 1; }
 read -r music_id music_rate music_stereo music_samples < <(sed -n 1p sounds.txt)
 read -r tone_id tone_rate tone_stereo tone_samples < <(sed -n 2p sounds.txt)
