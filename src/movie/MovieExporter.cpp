@@ -142,6 +142,7 @@ std::string CheckLimits(const SlideShow& show, const std::vector<SlideImage>& im
     PlaceShowCaptions(show, captions, MovieContext{counter, show.fps, ids, depths});
     // The show's captions take the top depths.
     depths += static_cast<uint32_t>(show.captions.items.size());
+    ids += MovieSounds::MaxCharacters(show);
     SlideStep step(counter, show.fps, ids, depths);
     step.SetCaptions(&captions);
     SlideOnStage previous;

@@ -189,6 +189,13 @@ void MovieSounds::StartShow(const SlideShow& show) {
     if (background_) Start(background_, clip->loop);
 }
 
+uint32_t MovieSounds::MaxCharacters(const SlideShow& show) {
+    uint32_t count = FirstClip(show.sound) ? 1 : 0;
+    for (const auto& slide : show.slides())
+        if (const SoundClip* clip = FirstClip(slide->sound); clip && !clip->sync) ++count;
+    return count;
+}
+
 void MovieSounds::StopSlideSound() {
     if (slideSound_) Stop(slideSound_);
     slideSound_ = 0;

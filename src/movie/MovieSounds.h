@@ -55,6 +55,10 @@ public:
     MovieSounds(const MovieSounds&) = delete;
     MovieSounds& operator=(const MovieSounds&) = delete;
 
+    // How many characters the show's sounds can take at most (for the
+    // check of the movie's 16-bit limits before anything is written).
+    static uint32_t MaxCharacters(const SlideShow& show);
+
     void SetCache(DiskCache* cache) { cache_ = cache; }
     // Before the show's first slide: the stream head and the background sound.
     void StartShow(const SlideShow& show);
