@@ -137,15 +137,14 @@ uint16_t MovieSounds::Define(const SoundClip& clip) {
     tag->is16Bit = true;
     tag->stereo = clip.stereo;
     tag->sampleCount = sound->sampleCount;
-    tag->data.reserve(sound->mp3.size() + 2);
-    PutU16(tag->data, 0);  // seek samples
-    tag->data.insert(tag->data.end(), sound->mp3.begin(), sound->mp3.end());
-    writer_.AddTag(std::move(tag));
-    // The character holds the bytes now; a stream use of the same sound at
-    // the same format would encode it again (rare: it needs the same file as
-    // both an event and a sync sound).
+    // The character takes the bytes (a long sound's MP3 is the largest thing
+    // an export holds); a stream use of the same sound at the same format
+    // would encode it again (rare: the same file as an event and a sync sound).
+    tag->data = std::move(sound->mp3);
+    tag->data.insert(tag->data.begin(), 2, 0);  // seek samples
     sound->mp3 = {};
     sound->frames.clear();
+    writer_.AddTag(std::move(tag));
     return sound->characterId;
 }
 
