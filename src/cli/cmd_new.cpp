@@ -24,7 +24,7 @@ int runNew(const std::vector<std::string>& args);
 
 const Command kNew{"new",
                    "new IMAGES... -o SHOW.qpj [--stage WxH] [--fps N] [--duration MS] [--transition NAME[:OPTION=VALUE,...] | "
-                   "--random-transitions] [--exif] [--captions name|date]",
+                   "--random-transitions] [--exif] [--captions name|date] [--music FILE]",
                    "make a show of one slide per picture", runNew, 10};
 CommandRegistrar registrar(kNew);
 
@@ -54,7 +54,7 @@ bool parseStage(const std::string& text, int& w, int& h) {
 }
 
 int runNew(const std::vector<std::string>& args) {
-    ParsedArgs parsed = parseArgs(args, {"-o", "--output", "--stage", "--fps", "--duration", "--transition", "--captions"},
+    ParsedArgs parsed = parseArgs(args, {"-o", "--output", "--stage", "--fps", "--duration", "--transition", "--captions", "--music"},
                                   {"--random-transitions", "--exif"});
     if (!parsed.error.empty()) return usageError(kNew, parsed.error);
     if (parsed.positional.empty()) return usageError(kNew, "expected at least one picture");
@@ -94,6 +94,20 @@ int runNew(const std::vector<std::string>& args) {
     // "Push" or "Push:direction=left,..." with the keywords of the project file.
     std::unique_ptr<Transition> chosen;
     // One caption per slide: the picture's name or the day it was taken.
+    // The show's music plays from the first slide to the end, repeating if
+    // the show outlasts it. A file that is not there is refused before anything is written.
+    if (const std::string* music = parsed.value("--music")) {
+        std::error_code ec;
+        if (!std::filesystem::is_regular_file(*music, ec)) {
+            printError(*music, "the file does not exist");
+            return kExitFailure;
+        }
+        SoundClip clip;
+        clip.src = std::filesystem::absolute(*music, ec).lexically_normal().string();
+        clip.loop = true;
+        show.sound.include = true;
+        show.sound.sounds = {clip};
+    }
     const std::string* captions = parsed.value("--captions");
     if (captions && *captions != "name" && *captions != "date")
         return usageError(kNew, "--captions wants 'name' or 'date'");

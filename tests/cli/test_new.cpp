@@ -57,7 +57,8 @@ protected:
 TEST_F(NewCommand, BuildsAShowWithTheGivenSettings) {
     const std::string show = dir.file("show.qpj");
     NewRun r = quillet(quote(dir.file("wide.jpg")) + " " + quote(dir.file("tall pic.png")) + " -o " + quote(show) +
-                    " --stage 640x480 --fps 24 --duration 3000 --transition 'cross FADE'");
+                    " --stage 640x480 --fps 24 --duration 3000 --transition 'cross FADE' --music " +
+                    quote(dir.file("wide.jpg")));  // the file's contents are read at export
     ASSERT_EQ(r.status, 0) << r.err;
     EXPECT_NE(r.out.find("2 Slides"), std::string::npos) << r.out;
     EXPECT_EQ(runCommand("xmllint --noout " + quote(show)), 0);
@@ -80,6 +81,10 @@ TEST_F(NewCommand, BuildsAShowWithTheGivenSettings) {
     EXPECT_EQ(b.image.width, 360);  // 300x400 on 640x480, centred
     EXPECT_EQ(b.image.height, 480);
     EXPECT_EQ(b.image.x, 140);
+    // The music plays over the whole show, repeating.
+    ASSERT_TRUE(s.sound.hasSound());
+    EXPECT_EQ(s.sound.sounds[0].src, dir.file("wide.jpg"));
+    EXPECT_TRUE(s.sound.sounds[0].loop);
 }
 
 TEST_F(NewCommand, BadPicturesAreNamedAndTheRestIsWritten) {
@@ -157,6 +162,7 @@ TEST_F(NewCommand, UsageErrors) {
         EXPECT_EQ(b.status, 2) << bad.spec;
         EXPECT_NE(b.err.find(bad.message), std::string::npos) << bad.spec << ": " << b.err;
     }
+    EXPECT_EQ(quillet(pic + out + " --music " + quote(dir.file("no such.wav"))).status, 1);
     EXPECT_FALSE(std::filesystem::exists(dir.file("x.qpj")));
 
     // Keywords as in the project file; a colour as #RRGGBB is saved red-lowest.
