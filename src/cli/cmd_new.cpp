@@ -112,14 +112,14 @@ int runNew(const std::vector<std::string>& args) {
     if (captions && *captions != "name" && *captions != "date")
         return usageError(kNew, "--captions wants 'name' or 'date'");
     const bool random = parsed.has("--random-transitions");
-    if (const std::string* spec = parsed.value("--transition")) {
+    if (const std::string* choice = parsed.value("--transition")) {
         if (random) return usageError(kNew, "--transition and --random-transitions exclude each other");
-        const size_t colon = spec->find(':');
-        const std::string name = spec->substr(0, colon);
+        const size_t colon = choice->find(':');
+        const std::string name = choice->substr(0, colon);
         const Transition* prototype = TransitionRegistry::instance().Find(name);
         if (!prototype) return usageError(kNew, "no transition called '" + name + "' (see 'quillet list transitions')");
         chosen = prototype->CreateInstance();
-        std::string rest = colon == std::string::npos ? std::string() : spec->substr(colon + 1);
+        std::string rest = colon == std::string::npos ? std::string() : choice->substr(colon + 1);
         while (colon != std::string::npos) {
             const size_t comma = rest.find(',');
             const std::string pair = rest.substr(0, comma);

@@ -25,30 +25,13 @@ const char* const kRead[] = {"square_close", "square_open", nullptr,        "rec
 const char* const kItems[] = {"Square Close",  "Square Open",  "Rectangle Close", "Rectangle Open",
                               "Circle Close",  "Circle Open",  "Star Close",      "Star Open",
                               "Star-12 Close", "Star-12 Open", "Diamond Close",   "Diamond Open"};
-// The "Spin" box and, on the next row, the count field followed by "times".
-constexpr OptionSpec SpinBox() {
-    OptionSpec spec;
-    spec.kind = OptionKind::Bool;
-    spec.label = "Spin";
-    spec.controlId = OptionLabelId(1);
-    return spec;
-}
-
-constexpr OptionSpec SpinCount() {
-    OptionSpec spec;
-    spec.kind = OptionKind::Real;
-    spec.defaultValue = static_cast<double>(1.8f);
-    spec.controlId = OptionControlId(1);
-    spec.decimals = 2;
-    spec.trailingLabel = "times";
-    spec.singlePrecision = true;
-    return spec;
-}
-
+// The shape list, the "Spin" box and, on the next row, the count field
+// followed by "times"; the turning direction has no control.
 constinit const OptionSpec kOptions[] = {
     ListOption(0, "type", "Shape:", kItems, kWritten, 0, kRead),
-    SpinBox(),
-    SpinCount(),
+    {.kind = OptionKind::Bool, .label = "Spin", .controlId = OptionLabelId(1)},
+    {.kind = OptionKind::Real, .defaultValue = 1.8f, .controlId = OptionControlId(1), .decimals = 2,
+     .trailingLabel = "times", .singlePrecision = true},
     HiddenOption(OptionKind::Bool, 1, 0, 1),  // turning clockwise
 };
 
