@@ -10,6 +10,12 @@ namespace {
 
 size_t ByteSize(const SwfActionList& list) { return list.ByteSize(0, list.size()); }
 
+bool IsWindowOrLevel(const std::string& target) {
+    return target.empty() || target[0] == '_';  // _level1, _blank, _self, _parent, _top
+}
+
+}  // namespace
+
 // if (top of stack) body else orElse, laid out as
 //   If over orElse and the jump ; orElse ; Jump over body ; body
 void AppendIfElse(SwfActionList& list, SwfActionList&& body, SwfActionList&& orElse) {
@@ -42,12 +48,6 @@ void AppendPlay(SwfActionList& list, bool controls) {
         list.Emplace<ActionPlay>();
     }
 }
-
-bool IsWindowOrLevel(const std::string& target) {
-    return target.empty() || target[0] == '_';  // _level1, _blank, _self, _parent, _top
-}
-
-}  // namespace
 
 void AppendUrlAction(SwfActionList& list, const SwfData::UrlAction& action) {
     std::string target = action.target;

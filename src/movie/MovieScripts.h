@@ -34,6 +34,13 @@ SwfActionList BuildGateScript(bool controls);
 // take the gate to its empty frame.
 SwfActionList BuildGateClick(bool controls);
 
+// if (top of stack) body else orElse.
+void AppendIfElse(SwfActionList& list, SwfActionList&& body, SwfActionList&& orElse);
+// Stops / plays the timeline the actions run on; with controls, through the
+// show's pause / play functions so that the play/pause button follows.
+void AppendStop(SwfActionList& list, bool controls);
+void AppendPlay(SwfActionList& list, bool controls);
+
 // getURL / loadMovie / unloadMovie as the click and end actions use them. A
 // target naming a level or a browser window goes in GetURL; any other names
 // a clip, which GetURL2 loads into.
