@@ -8,6 +8,7 @@
 #include <filesystem>
 #include <vector>
 
+#include "io/DataFolder.h"
 #include "io/OutputFile.h"
 #include "io/ReadFile.h"
 
@@ -133,22 +134,11 @@ bool CopyRufflePlayer(const std::string& playerFolder, const std::string& destin
 }
 
 std::string FindRufflePlayer() {
-    auto holdsPlayer = [](const fs::path& folder) {
+    if (const char* env = std::getenv("QUILLET_RUFFLE_DIR"); env && *env) {
         std::error_code ec;
-        return fs::is_regular_file(folder / "ruffle.js", ec);
-    };
-    if (const char* env = std::getenv("QUILLET_RUFFLE_DIR"); env && *env) return holdsPlayer(env) ? env : "";
-    std::error_code ec;
-    fs::path exe = fs::read_symlink("/proc/self/exe", ec);
-    if (ec) return "";
-    fs::path dir = exe.parent_path();
-    if (holdsPlayer(dir.parent_path() / "share/quillet/ruffle")) return (dir.parent_path() / "share/quillet/ruffle").string();
-    for (fs::path up = dir; !up.empty(); up = up.parent_path()) {
-        fs::path candidate = up / "node_modules/@ruffle-rs/ruffle";
-        if (holdsPlayer(candidate)) return candidate.string();
-        if (up == up.parent_path()) break;
+        return fs::is_regular_file(fs::path(env) / "ruffle.js", ec) ? env : "";
     }
-    return "";
+    return FindDataFolder("ruffle", "node_modules/@ruffle-rs/ruffle", "ruffle.js");
 }
 
 }  // namespace quillet

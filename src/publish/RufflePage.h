@@ -19,9 +19,9 @@ std::string MakeRufflePage(const HtmlSettings& settings, const std::string& titl
 // beside its target and renamed into place. False with `error`.
 bool CopyRufflePlayer(const std::string& playerFolder, const std::string& destination, std::string* error);
 
-// The installed player: $QUILLET_RUFFLE_DIR, else share/quillet/ruffle beside
-// the program's folder, else node_modules/@ruffle-rs/ruffle in a folder above
-// the program. Empty when none holds ruffle.js.
+// The player: $QUILLET_RUFFLE_DIR, else the installed share/quillet/ruffle,
+// else node_modules/@ruffle-rs/ruffle in a folder above the program (a build
+// in the source tree). Empty when none holds ruffle.js.
 std::string FindRufflePlayer();
 
 }  // namespace quillet
