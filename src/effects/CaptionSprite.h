@@ -53,8 +53,9 @@ int CaptionFrames(uint32_t milliseconds, float fps);
 std::string CaptionName(int caption, int slide);
 
 // The show's own captions stand at the top depths, above every slide:
-// the first at 65535, the next below it.
-constexpr uint16_t kShowCaptionTopDepth = 65535;
+// the first at 65532, the next below it (the playback and mute controls
+// take 65535 and 65534, the decorative frame 65533).
+constexpr uint16_t kShowCaptionTopDepth = 65532;
 
 class CaptionWriter {
 public:

@@ -1,6 +1,9 @@
 #include "movie/MovieScripts.h"
 
+#include <algorithm>
+
 #include "model/SlideShow.h"
+#include "movie/ControlSets.h"
 #include "swf/ShowScripts.h"
 #include "swf/SwfActions.h"
 
@@ -49,6 +52,50 @@ void AppendPlay(SwfActionList& list, bool controls) {
     }
 }
 
+namespace {
+
+// if (n is below `bound` / above it) n = bound, for the jump function's parameter.
+void AppendClamp(SwfActionList& list, int bound, bool below) {
+    list.Emplace<ActionPush>().String("n");
+    list.Emplace<ActionGetVariable>();
+    list.Emplace<ActionPush>().Integer(bound);
+    if (!below) list.Emplace<ActionStackSwap>();
+    list.Emplace<ActionLess2>();
+    list.Emplace<ActionNot>();
+    SwfActionList set;
+    set.Emplace<ActionPush>().String("n").Integer(bound);
+    set.Emplace<ActionSetVariable>();
+    list.Emplace<ActionIf>(static_cast<int16_t>(ByteSize(set)));
+    list.Append(std::move(set));
+}
+
+}  // namespace
+
+void AppendJumpFunction(SwfActionList& list, int slideCount) {
+    auto& function = list.Emplace<ActionDefineFunction>(kJumpFunction, std::vector<std::string>{"n"});
+    SwfActionList& body = function.body;
+    body.Emplace<ActionPush>().String("n").String("n");
+    body.Emplace<ActionGetVariable>();
+    body.Emplace<ActionToInteger>();
+    body.Emplace<ActionSetVariable>();
+    AppendClamp(body, 1, true);
+    AppendClamp(body, std::max(slideCount, 1), false);
+    // The label "slide_<n>" stays on the stack for the goto of either branch.
+    body.Emplace<ActionPush>().String("slide_");
+    body.Emplace<ActionPush>().String("n");
+    body.Emplace<ActionGetVariable>();
+    body.Emplace<ActionStringAdd>();
+    body.Emplace<ActionPush>().String(kShowPlayingVariable);
+    body.Emplace<ActionGetVariable>();
+    body.Emplace<ActionPush>().String("1");
+    body.Emplace<ActionStringEquals>();
+    SwfActionList play;
+    play.Emplace<ActionGotoFrame2>(true);
+    SwfActionList stop;
+    stop.Emplace<ActionGotoFrame2>(false);
+    AppendIfElse(body, std::move(play), std::move(stop));
+}
+
 void AppendUrlAction(SwfActionList& list, const SwfData::UrlAction& action) {
     std::string target = action.target;
     if (action.action == 0) {  // get URL into a browser window
@@ -69,7 +116,10 @@ void AppendUrlAction(SwfActionList& list, const SwfData::UrlAction& action) {
 
 SwfActionList BuildStartScript(const SlideShow& show, bool controls) {
     SwfActionList list;
-    if (controls) AppendShowFunctions(list);
+    if (controls) {
+        AppendShowFunctions(list);
+        AppendJumpFunction(list, show.count());
+    }
     // The counter is set here, on a frame the loop never comes back to.
     if (show.swfData.loop == SwfData::Loop::Times) {
         list.Emplace<ActionPush>().String(kLoopCounterVariable).Integer(0);
@@ -111,6 +161,19 @@ SwfActionList BuildGateClick(bool controls) {
     AppendPlay(list, controls);
     list.Emplace<ActionSetTarget>("");
     list.Emplace<ActionNextFrame>();
+    return list;
+}
+
+SwfActionList BuildGateOpenCheck() {
+    SwfActionList list;
+    list.Emplace<ActionSetTarget>("_root");
+    list.Emplace<ActionPush>().String(kStartedVariable);
+    list.Emplace<ActionGetVariable>();
+    list.Emplace<ActionSetTarget>("");
+    list.Emplace<ActionNot>();
+    ActionGotoFrame go(1);
+    list.Emplace<ActionIf>(static_cast<int16_t>(go.RecordSize()));
+    list.Emplace<ActionGotoFrame>(1);
     return list;
 }
 

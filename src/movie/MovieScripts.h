@@ -16,7 +16,13 @@ inline constexpr const char* kLoopCounterVariable = "showloop";
 inline constexpr const char* kStartedVariable = "showstarted";
 inline constexpr const char* kFirstSlideLabel = "slide_1";
 
-// Actions of the first frame. `controls`: the playback controls are on.
+// Defines slideshow_goto(n) for the controls' previous/next/first/last
+// buttons: n made a whole number within 1..slideCount, then the main
+// timeline goes to "slide_<n>", playing when slideshow_playing is "1", else
+// stopped there.
+void AppendJumpFunction(SwfActionList& list, int slideCount);
+// Actions of the first frame. `controls`: the playback controls are on (the
+// play/pause functions and slideshow_goto are defined).
 SwfActionList BuildStartScript(const SlideShow& show, bool controls);
 // Frames to wait on the first frame before the show plays (play after pause):
 // trunc(ms * 0.001 * fps + 0.5), so rounded where a slide's hold is truncated.
@@ -40,6 +46,10 @@ void AppendIfElse(SwfActionList& list, SwfActionList&& body, SwfActionList&& orE
 // show's pause / play functions so that the play/pause button follows.
 void AppendStop(SwfActionList& list, bool controls);
 void AppendPlay(SwfActionList& list, bool controls);
+
+// The gate's check on every frame (with controls): once the show is marked
+// started, go to the empty frame.
+SwfActionList BuildGateOpenCheck();
 
 // getURL / loadMovie / unloadMovie as the click and end actions use them. A
 // target naming a level or a browser window goes in GetURL; any other names

@@ -42,7 +42,16 @@ void WriteStartGate(MovieContext& ctx, bool controls) {
     gate->Add(std::make_unique<ShowFrameTag>());
     const uint16_t gateId = gate->GetId();
     ctx.movie.AddTag(std::move(gate));
-    ctx.movie.AddTag(PlaceObject2Tag::Place(ctx.NewDepth(), gateId, SwfMatrix()));
+    auto place = PlaceObject2Tag::Place(ctx.NewDepth(), gateId, SwfMatrix());
+    if (controls) {
+        // The play control starts the show without a click on the gate: it
+        // marks the show started, and the gate then opens by itself.
+        SwfClipAction open;
+        open.events = SwfClipAction::kEnterFrame;
+        open.actions = BuildGateOpenCheck();
+        place->clipActions.push_back(std::move(open));
+    }
+    ctx.movie.AddTag(std::move(place));
 }
 
 void WriteClickButton(MovieContext& ctx, const SwfData::UrlAction& action) {

@@ -8,7 +8,9 @@
 namespace quillet {
 
 // Defines the gate clip and places it at a fresh depth in the current frame.
-// Takes three ids (hit shape, button, clip) and one depth.
+// Takes three ids (hit shape, button, clip) and one depth. With controls the
+// gate also opens (goes to its empty frame) on the first frame after the
+// show was marked started by the play control.
 void WriteStartGate(MovieContext& ctx, bool controls);
 // Defines a button over the whole stage that runs `action` on release and
 // places it at a fresh depth. Takes two ids and one depth.
