@@ -14,6 +14,7 @@ APT_PACKAGES=(
   python3 python3-yaswfp libjpeg-turbo-progs libxml2-utils macutils ffmpeg sox
   libimage-exiftool-perl mate-backgrounds
   chromium
+  dpkg-dev desktop-file-utils librsvg2-bin   # the Debian package, its desktop entry check, icon sizes
   clang libclang-rt-14-dev   # fuzz targets (libFuzzer runtime)
 )
 command -v npm >/dev/null 2>&1 || APT_PACKAGES+=(nodejs npm)
