@@ -132,20 +132,22 @@ SlideOnStage SlideStep::WriteSlide(const SlideStepInput& in, SlideOnStage* outgo
     stage.depth = ctx_.NewDepth();
     stage.matrix = SwfMatrix::Translate(stage.x, stage.y);
 
-    // The previous slide's captions leave as this slide's transition starts.
-    for (uint16_t depth : captionDepths_) writer_.AddTag(std::make_unique<RemoveObject2Tag>(depth));
-    captionDepths_.clear();
+    // The previous slide's captions and buttons leave as this slide's transition starts.
+    for (uint16_t depth : leavingDepths_) writer_.AddTag(std::make_unique<RemoveObject2Tag>(depth));
+    leavingDepths_.clear();
+    overlays_.Remove(ctx_);
     WriteLabel("slidepre_%d", in.index);
     slide.transitionIn().Render(&stage, outgoing, ctx_);
     WriteLabel("slide_%d", in.index);
-    if (in.onShown) in.onShown(ctx_);
+    if (in.onShown) in.onShown(ctx_, stage, leavingDepths_);
+    overlays_.Show(slide.overlayEffect(), ctx_);
     // A slide's time starts when its transition is over: its captions' start
     // times count from this frame.
     if (captions_) {
         const auto& items = slide.captions.items;
         for (size_t i = 0; i < items.size(); ++i)
             if (uint16_t depth = captions_->Place(items[i], CaptionName(static_cast<int>(i) + 1, in.index), ctx_))
-                captionDepths_.push_back(depth);
+                leavingDepths_.push_back(depth);
     }
     for (const auto& move : slide.cameraEffects()) move->Render(stage, ctx_);
     for (int i = HoldFrames(slide.duration, ctx_.fps); i > 0; --i) EndFrame(ctx_);

@@ -10,6 +10,7 @@
 
 #include "effects/SlideRender.h"
 #include "media/SlideImage.h"
+#include "movie/MovieOverlays.h"
 
 namespace quillet {
 
@@ -26,9 +27,11 @@ struct SlideStepInput {
     uint32_t backgroundColor = 0;        // 0x00RRGGBB, what a blank slide shows
     int stageWidth = 0, stageHeight = 0; // pixels
     std::string movieFolder;             // where the movie goes: pictures loaded at play time are found from there
-    // Written into the slide's first full frame (after its transition), e.g.
-    // the gate that holds a show on its first slide until a click.
-    std::function<void(MovieContext&)> onShown;
+    // Written into the slide's first full frame (after its transition): the
+    // slide's click button, the gate that holds a show on its first slide
+    // until a click... Depths added to `leaving` are cleared as the next
+    // slide's transition starts.
+    std::function<void(MovieContext&, const SlideOnStage& shown, std::vector<uint16_t>& leaving)> onShown;
 };
 
 // The address by which a movie in `movieFolder` finds a picture at play time:
@@ -57,7 +60,8 @@ private:
     MovieContext ctx_;
     int externalCounter_ = 0;
     CaptionWriter* captions_ = nullptr;
-    std::vector<uint16_t> captionDepths_;  // the previous slide's captions, removed as the next comes on
+    MovieOverlays overlays_;  // defined once per movie, shown over the slides that use them
+    std::vector<uint16_t> leavingDepths_;  // the previous slide's captions and buttons, removed as the next comes on
 };
 
 }  // namespace quillet
