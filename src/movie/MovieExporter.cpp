@@ -14,10 +14,14 @@
 #include "media/Progress.h"
 #include "model/Slide.h"
 #include "model/SlideShow.h"
+#include "movie/ControlSets.h"
 #include "movie/MovieScripts.h"
 #include "movie/MovieSounds.h"
 #include "movie/PicturePipeline.h"
+#include "movie/Preloader.h"
+#include "movie/ShowBackground.h"
 #include "movie/ShowButtons.h"
+#include "movie/SlideActions.h"
 #include "movie/SlideStep.h"
 #include "swf/SwfCompress.h"
 #include "swf/SwfTags.h"
@@ -57,21 +61,50 @@ SlideImage ExportedImage(const Slide& slide, const SlideShow& show, bool bitmapS
     return image;
 }
 
-// Everything written before the first slide: background, the show's
-// functions and start action, the show's click button, the pause before it
-// plays.
-void WriteHead(SwfWriter& writer, const SlideShow& show, uint32_t& ids, uint32_t& depths) {
+// What the head copies in or builds from outside the show: the preloader and
+// the control sets. Read before anything is written, so that a missing or
+// broken one fails the export with nothing touched.
+struct HeadParts {
+    bool preload = false;
+    Preloader preloader;
+    bool controls = false, mute = false;
+    ImportedMovie controlSet, muteSet;
+
+    bool Prepare(const SlideShow& show, FontCatalog& fonts, std::string* error) {
+        preload = show.swfData.preload;
+        if (preload && !preloader.Prepare(show, fonts, error)) return false;
+        controls = show.controls.enabled;
+        if (controls && !LoadControlSet(ControlKind::Playback, show.controls.controlSet, controlSet, error))
+            return false;
+        mute = show.muteControl.enabled;
+        if (mute && !LoadControlSet(ControlKind::Mute, show.muteControl.controlSet, muteSet, error)) return false;
+        return true;
+    }
+};
+
+// Everything written before the first slide: background, the preloader's
+// frames, the show's functions and start action, the playback and mute
+// controls, the show's click button, the pause before it plays.
+void WriteHead(SwfWriter& writer, const SlideShow& show, const ShowBackdrop& backdrop, HeadParts& parts, uint32_t& ids,
+               uint32_t& depths) {
     writer.AddTag(std::make_unique<SetBackgroundColorTag>(SwfColor::FromRgb(show.bgColor)));
+    // The players leave a frame labelled "!#p" out of their print menu.
+    if (show.disablePrint) writer.AddTag(std::make_unique<FrameLabelTag>("!#p"));
+    MovieContext ctx{writer, show.fps, ids, depths};
+    if (parts.preload) {
+        parts.preloader.Write(ctx);
+        parts.preloader.WriteRemoval(ctx);
+    }
     const bool controls = show.controls.enabled;
     SwfActionList start = BuildStartScript(show, controls);
     if (start.size() > 0 || controls) {
         writer.AddTag(std::make_unique<DoActionTag>(std::move(start)));
         writer.AddTag(std::make_unique<ShowFrameTag>());
     }
-    if (show.swfData.mouseClickAction.enable) {
-        MovieContext ctx{writer, show.fps, ids, depths};
-        WriteClickButton(ctx, show.swfData.mouseClickAction);
-    }
+    if (parts.controls) PlaceControlSet(ControlKind::Playback, FreshCopy(parts.controlSet), show.controls, ctx);
+    if (parts.mute) PlaceControlSet(ControlKind::Mute, FreshCopy(parts.muteSet), show.muteControl, ctx);
+    WriteBackdrop(ctx, show, backdrop);
+    if (show.swfData.mouseClickAction.enable) WriteClickButton(ctx, show.swfData.mouseClickAction);
     for (int i = StartPauseFrames(show); i > 0; --i) writer.AddTag(std::make_unique<ShowFrameTag>());
 }
 
@@ -93,10 +126,16 @@ SlideStepInput StepInput(const SlideShow& show, const Slide& slide, const SlideI
     in.stageWidth = show.width();
     in.stageHeight = show.height();
     in.movieFolder = movieFolder;
-    // A show that waits for a click waits with its first slide on the stage.
-    if (index == 1 && show.swfData.movieStartAction == SwfData::StartAction::StopOnFirstFrame) {
-        const bool controls = show.controls.enabled;
-        in.onShown = [controls](MovieContext& ctx) { WriteStartGate(ctx, controls); };
+    SlideActionInput actions{&slide.clickAction, &slide.popup, index, show.count(), show.controls.enabled};
+    // A show that waits for a click waits with its first slide on the stage;
+    // its gate lies above the slide's own button.
+    const bool gate = index == 1 && show.swfData.movieStartAction == SwfData::StartAction::StopOnFirstFrame;
+    if (gate || slide.clickAction.enable || slide.clickAction.loadUrlOnDisplay) {
+        in.onShown = [actions, gate](MovieContext& ctx, const SlideOnStage& shown, std::vector<uint16_t>& leaving) {
+            if (uint16_t depth = WriteSlideClick(ctx, shown, actions)) leaving.push_back(depth);
+            WriteDisplayUrl(ctx, actions);
+            if (gate) WriteStartGate(ctx, actions.controls);
+        };
     }
     return in;
 }
@@ -132,11 +171,11 @@ std::string Thousands(uint32_t n) {
 // picture is taken to succeed, which takes the most ids). Empty when the
 // show fits the file's 16-bit fields, else what is over.
 std::string CheckLimits(const SlideShow& show, const std::vector<SlideImage>& images, uint8_t version,
-                        FontCatalog& fonts) {
+                        const ShowBackdrop& backdrop, FontCatalog& fonts, HeadParts& parts) {
     SwfWriter counter(false);
     counter.Setup(PixelsToTwips(show.width()), PixelsToTwips(show.height()), show.fps, version);
     uint32_t ids = 0, depths = 0;
-    WriteHead(counter, show, ids, depths);
+    WriteHead(counter, show, backdrop, parts, ids, depths);
     CaptionWriter captions(fonts);
     CollectCaptions(show, captions);
     PlaceShowCaptions(show, captions, MovieContext{counter, show.fps, ids, depths});
@@ -201,8 +240,11 @@ ExportResult MovieExporter::ExportMovie(const std::string& path, ProgressSink* p
     if (compress && version < 6) version = 6;
 
     // Refused before anything is written.
+    const ShowBackdrop backdrop = PrepareBackdrop(show_);
     FontCatalog fonts;
-    result.error = CheckLimits(show_, images, version, fonts);
+    HeadParts parts;
+    if (!parts.Prepare(show_, fonts, &result.error)) return result;
+    result.error = CheckLimits(show_, images, version, backdrop, fonts, parts);
     if (!result.error.empty()) return result;
 
     // A compressed movie is written plain into the private temporary folder
@@ -224,7 +266,8 @@ ExportResult MovieExporter::ExportMovie(const std::string& path, ProgressSink* p
         return result;
     }
     uint32_t nextCharacterId = 0, nextDepth = 0;
-    WriteHead(writer, show_, nextCharacterId, nextDepth);
+    WriteHead(writer, show_, backdrop, parts, nextCharacterId, nextDepth);
+    result.warnings.insert(result.warnings.end(), backdrop.warnings.begin(), backdrop.warnings.end());
 
     std::unique_ptr<DiskCache> cache;
     if (!options.cacheFolder.empty()) cache = std::make_unique<DiskCache>(options.cacheFolder, options.cacheMaxBytes);
