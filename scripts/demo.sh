@@ -30,3 +30,14 @@ fi
 
 echo "demo: wrote $OUT/demo.swf, $OUT/demo.html and $OUT/demo-ruffle.html (index.html)"
 echo "demo: to watch it, run: python3 -m http.server --directory $OUT 8000  and open http://127.0.0.1:8000/"
+
+# The desktop program with the demo show loaded: a picture of its main window
+# (the slide rows and thumbnails), drawn on Qt's offscreen platform.
+if grep -q '^QUILLET_BUILD_APP:BOOL=ON' "$BUILD/CMakeCache.txt" 2>/dev/null; then
+  if cmake --build "$BUILD" -j"$(nproc)" --target quillet-studio >/dev/null &&
+    QT_QPA_PLATFORM=offscreen "$BUILD/src/app/quillet-studio" --screenshot "$OUT/main-window.png" demo/demo.qpj; then
+    echo "demo: the main window with the demo show: $OUT/main-window.png"
+  else
+    echo "demo: FAILED to take the main window's screenshot" >&2
+  fi
+fi

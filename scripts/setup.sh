@@ -15,6 +15,7 @@ APT_PACKAGES=(
   libimage-exiftool-perl mate-backgrounds
   chromium
   dpkg-dev desktop-file-utils librsvg2-bin   # the Debian package, its desktop entry check, icon sizes
+  qt6-base-dev qt6-webengine-dev xvfb xauth   # the desktop program and its tests
   clang libclang-rt-14-dev   # fuzz targets (libFuzzer runtime)
 )
 command -v npm >/dev/null 2>&1 || APT_PACKAGES+=(nodejs npm)

@@ -1,0 +1,297 @@
+#include "app/Document.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QUndoCommand>
+#include <algorithm>
+#include <numeric>
+
+#include "effects/Transition.h"
+#include "io/OutputFile.h"
+#include "model/ProjectFile.h"
+#include "model/Slide.h"
+#include "settings/AppSettings.h"
+
+namespace quillet::app {
+
+namespace {
+
+// New slides at `index`; undo takes them out again and keeps them.
+class InsertCommand : public QUndoCommand {
+public:
+    InsertCommand(Document& doc, int index, std::vector<std::unique_ptr<Slide>> slides, const QString& text)
+        : QUndoCommand(text), doc_(doc), index_(index), count_(int(slides.size())), held_(std::move(slides)) {}
+    void redo() override {
+        QList<int> rows;
+        for (int i = 0; i < count_; ++i) {
+            doc_.show().insert(std::move(held_[size_t(i)]), index_ + i);
+            rows << index_ + i;
+        }
+        held_.clear();
+        doc_.notifyChanged(rows);
+    }
+    void undo() override {
+        for (int i = 0; i < count_; ++i) held_.push_back(doc_.show().take(index_));
+        doc_.notifyChanged({std::min(index_, doc_.show().count() - 1)});
+    }
+
+private:
+    Document& doc_;
+    int index_, count_;
+    std::vector<std::unique_ptr<Slide>> held_;
+};
+
+class RemoveCommand : public QUndoCommand {
+public:
+    RemoveCommand(Document& doc, QList<int> rows) : QUndoCommand("Delete Slide(s)"), doc_(doc), rows_(std::move(rows)) {}
+    void redo() override {
+        for (auto it = rows_.rbegin(); it != rows_.rend(); ++it) held_.push_back(doc_.show().take(*it));
+        std::reverse(held_.begin(), held_.end());
+        doc_.notifyChanged({std::min(rows_.first(), doc_.show().count() - 1)});
+    }
+    void undo() override {
+        for (int i = 0; i < rows_.size(); ++i) doc_.show().insert(std::move(held_[size_t(i)]), rows_[i]);
+        held_.clear();
+        doc_.notifyChanged(rows_);
+    }
+
+private:
+    Document& doc_;
+    QList<int> rows_;  // ascending
+    std::vector<std::unique_ptr<Slide>> held_;
+};
+
+// A new play order: position k holds the slide that was at order[k].
+class ReorderCommand : public QUndoCommand {
+public:
+    ReorderCommand(Document& doc, std::vector<int> order, QList<int> selectAfter)
+        : QUndoCommand("Move Slides"), doc_(doc), order_(std::move(order)), select_(std::move(selectAfter)) {}
+    void redo() override { apply(order_, select_); }
+    void undo() override {
+        std::vector<int> inverse(order_.size());
+        QList<int> rows;
+        for (size_t k = 0; k < order_.size(); ++k) inverse[size_t(order_[k])] = int(k);
+        for (int row : select_) rows << order_[size_t(row)];
+        apply(inverse, rows);
+    }
+
+private:
+    void apply(const std::vector<int>& order, const QList<int>& select) {
+        SlideShow& show = doc_.show();
+        std::vector<std::unique_ptr<Slide>> all(size_t(show.count()));
+        for (int i = show.count() - 1; i >= 0; --i) all[size_t(i)] = show.take(i);
+        for (int from : order) show.append(std::move(all[size_t(from)]));
+        doc_.notifyChanged(select);
+    }
+    Document& doc_;
+    std::vector<int> order_;
+    QList<int> select_;
+};
+
+// Every slide's transition exchanged with the one held (both ways the same).
+class TransitionsCommand : public QUndoCommand {
+public:
+    TransitionsCommand(Document& doc, std::vector<std::unique_ptr<Transition>> transitions)
+        : QUndoCommand("Randomise Transitions"), doc_(doc), held_(std::move(transitions)) {}
+    void redo() override { swap(); }
+    void undo() override { swap(); }
+
+private:
+    void swap() {
+        for (size_t i = 0; i < held_.size(); ++i) {
+            Slide* slide = doc_.show().slideAt(int(i));
+            auto mine = slide->transitionIn().Clone();
+            slide->setTransitionIn(std::move(held_[i]));
+            held_[i] = std::move(mine);
+        }
+        doc_.notifyChanged({});
+    }
+    Document& doc_;
+    std::vector<std::unique_ptr<Transition>> held_;
+};
+
+class DurationCommand : public QUndoCommand {
+public:
+    DurationCommand(Document& doc, QList<int> rows, uint32_t ms) : QUndoCommand("Slide Duration"), doc_(doc), rows_(rows) {
+        for (int row : rows_) {
+            before_.push_back(doc.show().slideAt(row)->duration);
+            after_.push_back(ms);
+        }
+    }
+    void redo() override { apply(after_); }
+    void undo() override { apply(before_); }
+
+private:
+    void apply(const std::vector<uint32_t>& values) {
+        for (int i = 0; i < rows_.size(); ++i) doc_.show().slideAt(rows_[i])->duration = values[size_t(i)];
+        doc_.notifyChanged(rows_);
+    }
+    Document& doc_;
+    QList<int> rows_;
+    std::vector<uint32_t> before_, after_;
+};
+
+QList<int> sortedUnique(QList<int> rows, int count) {
+    std::sort(rows.begin(), rows.end());
+    rows.erase(std::unique(rows.begin(), rows.end()), rows.end());
+    rows.removeIf([count](int r) { return r < 0 || r >= count; });
+    return rows;
+}
+
+QString recoveryNamePath() { return Document::recoveryPath() + ".path"; }
+
+}  // namespace
+
+Document::Document(QObject* parent) : QObject(parent) {
+    connect(&undo_, &QUndoStack::cleanChanged, this, &Document::stateChanged);
+}
+
+Document::~Document() = default;
+
+QString Document::name() const { return path_.isEmpty() ? QString("Untitled") : QFileInfo(path_).fileName(); }
+
+bool Document::modified() const { return !undo_.isClean() || show_.changeCount() != 0; }
+
+void Document::notifyChanged(const QList<int>& rows) { emit changed(rows); }
+
+void Document::reset() {
+    undo_.clear();
+    show_.reset();
+    show_.clearChanged();
+    publish_.reset();
+    path_.clear();
+    emit pathChanged();
+    emit changed({});
+}
+
+bool Document::open(const QString& path, MissingPictureHandler* handler, QString* error) {
+    if (!QFileInfo::exists(path)) {
+        if (error) *error = kProjectNotFound;
+        return false;
+    }
+    LoadOptions options;
+    options.handler = handler;
+    std::string why;
+    if (!LoadProject(path.toStdString(), show_, publish_, &why, options)) {
+        if (error) *error = path + ": " + QString::fromStdString(why);
+        return false;
+    }
+    undo_.clear();
+    show_.clearChanged();
+    path_ = QFileInfo(path).absoluteFilePath();
+    emit pathChanged();
+    emit changed({0});
+    return true;
+}
+
+bool Document::save(const QString& path, QString* error) {
+    std::string why;
+    if (!SaveProject(path.toStdString(), show_, publish_, &why)) {
+        if (error) *error = path + ": " + QString::fromStdString(why);
+        return false;
+    }
+    path_ = QFileInfo(path).absoluteFilePath();
+    undo_.setClean();
+    show_.clearChanged();
+    removeRecovery();
+    emit pathChanged();
+    emit stateChanged();
+    return true;
+}
+
+void Document::insertSlides(int index, std::vector<std::unique_ptr<Slide>> slides, const QString& text) {
+    if (slides.empty()) return;
+    index = std::clamp(index, 0, show_.count());
+    undo_.push(new InsertCommand(*this, index, std::move(slides), text));
+}
+
+void Document::removeSlides(QList<int> rows) {
+    rows = sortedUnique(std::move(rows), show_.count());
+    if (!rows.isEmpty()) undo_.push(new RemoveCommand(*this, rows));
+}
+
+void Document::duplicateSlides(QList<int> rows) {
+    rows = sortedUnique(std::move(rows), show_.count());
+    if (rows.isEmpty()) return;
+    std::vector<std::unique_ptr<Slide>> copies;
+    for (int row : rows) {
+        auto copy = show_.createSlide(show_.slideAt(row)->type);
+        copy->copyFrom(*show_.slideAt(row));
+        copies.push_back(std::move(copy));
+    }
+    undo_.push(new InsertCommand(*this, rows.last() + 1, std::move(copies), "Duplicate Slide(s)"));
+}
+
+void Document::moveSlides(QList<int> rows, int target) {
+    const int n = show_.count();
+    rows = sortedUnique(std::move(rows), n);
+    if (rows.isEmpty()) return;
+    std::vector<int> rest;
+    for (int i = 0; i < n; ++i)
+        if (!rows.contains(i)) rest.push_back(i);
+    const auto at = std::count_if(rest.begin(), rest.end(), [target](int i) { return i < target; });
+    std::vector<int> order(rest.begin(), rest.begin() + at);
+    order.insert(order.end(), rows.begin(), rows.end());
+    order.insert(order.end(), rest.begin() + at, rest.end());
+    std::vector<int> identity(static_cast<size_t>(n));
+    std::iota(identity.begin(), identity.end(), 0);
+    if (order == identity) return;
+    QList<int> select;
+    for (int k = 0; k < rows.size(); ++k) select << int(at) + k;
+    undo_.push(new ReorderCommand(*this, std::move(order), select));
+}
+
+void Document::randomiseTransitions() {
+    if (show_.empty()) return;
+    std::vector<std::unique_ptr<Transition>> drawn;
+    for (int i = 0; i < show_.count(); ++i) {
+        drawn.push_back(TransitionRegistry::instance().Random()->CreateInstance());
+    }
+    undo_.push(new TransitionsCommand(*this, std::move(drawn)));
+}
+
+void Document::setDuration(QList<int> rows, uint32_t ms) {
+    rows = sortedUnique(std::move(rows), show_.count());
+    if (!rows.isEmpty()) undo_.push(new DurationCommand(*this, rows, ms));
+}
+
+QString Document::recoveryPath() {
+    const QFileInfo settings(QString::fromStdString(settingsFilePath()));
+    return settings.dir().filePath("recovery.qpj");
+}
+
+bool Document::writeRecovery(QString* error) const {
+    QDir().mkpath(QFileInfo(recoveryPath()).path());
+    std::string why;
+    if (!SaveProject(recoveryPath().toStdString(), show_, publish_, &why) ||
+        !WriteFileAtomically(recoveryNamePath().toStdString(), path_.toStdString(), &why)) {
+        if (error) *error = QString::fromStdString(why);
+        return false;
+    }
+    return true;
+}
+
+void Document::removeRecovery() {
+    QFile::remove(recoveryPath());
+    QFile::remove(recoveryNamePath());
+}
+
+bool Document::restoreRecovery(QString* error) {
+    QFile name(recoveryNamePath());
+    QString original;
+    if (name.open(QIODevice::ReadOnly)) original = QString::fromUtf8(name.readAll());
+    std::string why;
+    if (!LoadProject(recoveryPath().toStdString(), show_, publish_, &why)) {
+        if (error) *error = recoveryPath() + ": " + QString::fromStdString(why);
+        return false;
+    }
+    undo_.clear();
+    path_ = original;
+    show_.markChanged();  // the restored changes are still unsaved
+    emit pathChanged();
+    emit changed({0});
+    return true;
+}
+
+}  // namespace quillet::app

@@ -1,0 +1,84 @@
+#include "app/ExportRunner.h"
+
+#include <QEventLoop>
+#include <QMutex>
+#include <QProgressDialog>
+#include <QThread>
+#include <QTimer>
+#include <atomic>
+
+#include "app/Prompts.h"
+#include "media/Progress.h"
+
+namespace quillet::app {
+
+namespace {
+
+// Written by the export thread, read by the dialog's timer.
+class ThreadProgress : public ProgressSink {
+public:
+    void setRange(int low, int high) override {
+        low_ = low;
+        high_ = high;
+    }
+    void setMainText(const std::string& text) override {
+        QMutexLocker lock(&mutex_);
+        main_ = QString::fromStdString(text);
+    }
+    void step(int position) override { position_ = position; }
+    bool cancelled() const override { return cancel_; }
+
+    void cancel() { cancel_ = true; }
+    QString mainText() const {
+        QMutexLocker lock(&mutex_);
+        return main_;
+    }
+    std::atomic<int> low_{0}, high_{0}, position_{0};
+
+private:
+    mutable QMutex mutex_;
+    QString main_;
+    std::atomic<bool> cancel_{false};
+};
+
+}  // namespace
+
+ExportResult RunExport(QWidget* parent, const SlideShow& show, const QString& path, const ExportOptions& options) {
+    ThreadProgress progress;
+    ExportResult result;
+    QProgressDialog dialog(parent);
+    dialog.setWindowTitle(kExportingText);
+    dialog.setLabelText(kExportingText);
+    dialog.setWindowModality(Qt::WindowModal);
+    dialog.setAutoClose(false);
+    dialog.setAutoReset(false);
+    dialog.setMinimumDuration(0);
+    dialog.setMinimumWidth(320);
+    const std::string target = path.toStdString();
+    QThread* worker = QThread::create([&] { result = MovieExporter(show).ExportMovie(target, &progress, options); });
+    QEventLoop loop;
+    QObject::connect(worker, &QThread::finished, &loop, &QEventLoop::quit);
+    QTimer poll;
+    QObject::connect(&poll, &QTimer::timeout, &dialog, [&] {
+        // The button, Escape and closing all end in wasCanceled().
+        if (dialog.wasCanceled() && !progress.cancelled()) {
+            progress.cancel();
+            dialog.setLabelText("Cancelling...");
+        }
+        if (progress.cancelled()) return;
+        dialog.setRange(progress.low_, progress.high_);
+        dialog.setValue(progress.position_);
+        const QString text = progress.mainText();
+        if (!text.isEmpty()) dialog.setLabelText(text);
+    });
+    poll.start(50);
+    worker->start();
+    dialog.show();
+    prompts().progressShown(&dialog);
+    if (worker->isRunning()) loop.exec();
+    worker->wait();
+    delete worker;
+    return result;
+}
+
+}  // namespace quillet::app

@@ -1,0 +1,383 @@
+// The desktop program driven through its real widgets. Most cases run on the
+// offscreen platform; the preview and the screenshots need a display (Xvfb).
+#include <unistd.h>
+
+#include <QApplication>
+#include <QElapsedTimer>
+#include <QImage>
+#include <QListView>
+#include <QMimeData>
+#include <QPainter>
+#include <QProgressDialog>
+#include <QRandomGenerator>
+#include <QScreen>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QTimer>
+#include <QWebEngineView>
+#include <functional>
+
+#include "app/MainWindow.h"
+#include "app/PreviewWindow.h"
+#include "app/Prompts.h"
+#include "app/SlideListModel.h"
+#include "model/ProjectFile.h"
+#include "model/Slide.h"
+#include "settings/AppSettings.h"
+
+using namespace quillet;
+using namespace quillet::app;
+using Choice = MissingPictureHandler::Choice;
+
+namespace {
+
+// Answers every question from a script and records what the user was told.
+class ScriptedPrompts : public Prompts {
+public:
+    QList<Answer> answers;
+    QStringList asked, told;
+    QList<Choice> relocate;
+    QString image, folder, savePath;
+    std::function<void(QProgressDialog*)> onProgress;
+
+    Answer ask(QWidget*, const QString& caption, const QString& text, bool) override {
+        asked << caption + "|" + text;
+        return answers.isEmpty() ? Answer::Cancel : answers.takeFirst();
+    }
+    void tell(QWidget*, const QString&, const QString& text, const QString&) override { told << text; }
+    QStringList chooseImages(QWidget*) override { return {}; }
+    QString chooseImage(QWidget*) override { return image; }
+    QString chooseOpenPath(QWidget*, const QString&, const QString&) override { return {}; }
+    QString chooseSavePath(QWidget*, const QString&, const QString&, const QString&) override { return savePath; }
+    Choice askRelocate(QWidget*, const QString&) override {
+        return relocate.isEmpty() ? Choice::Cancel : relocate.takeFirst();
+    }
+    QString chooseFolder(QWidget*, const QString&) override { return folder; }
+    void progressShown(QProgressDialog* dialog) override {
+        if (onProgress) onProgress(dialog);
+    }
+};
+
+// A picture of one colour with some noise (so it does not compress to nothing).
+QString makePicture(const QString& path, QColor colour, QSize size = {320, 240}) {
+    QImage image(size, QImage::Format_RGB32);
+    image.fill(colour);
+    QPainter p(&image);
+    auto* rng = QRandomGenerator::global();
+    for (int i = 0; i < size.width() * size.height() / 50; ++i)
+        p.fillRect(int(rng->bounded(size.width())), int(rng->bounded(size.height())), 3, 3,
+                   QColor::fromRgb(rng->generate()));
+    p.end();
+    image.save(path, "JPEG", 85);
+    return path;
+}
+
+QString text(MainWindow& w) { return QString::fromStdString(ProjectText(w.document().show(), w.document().publish())); }
+
+QStringList sources(MainWindow& w) {
+    QStringList out;
+    for (const auto& s : w.document().show().slides()) out << QFileInfo(QString::fromStdString(s->image.src)).fileName();
+    return out;
+}
+
+bool offscreen() { return QGuiApplication::platformName() == "offscreen"; }
+
+}  // namespace
+
+class AppTest : public QObject {
+    Q_OBJECT
+    QTemporaryDir dir_;
+    ScriptedPrompts prompts_;
+    QString red_, green_, blue_;
+
+    QString file(const QString& name) const { return dir_.filePath(name); }
+
+private slots:
+    void initTestCase() {
+        qputenv("QUILLET_CONFIG_DIR", file("config").toUtf8());
+        qputenv("XDG_CACHE_HOME", file("cache").toUtf8());
+        AppSettings::current().resetToDefaults();
+        red_ = makePicture(file("red.jpg"), Qt::red);
+        green_ = makePicture(file("green.jpg"), Qt::green);
+        blue_ = makePicture(file("blue.jpg"), Qt::blue);
+        setPrompts(&prompts_);
+    }
+    void init() { prompts_ = ScriptedPrompts(); }
+    void cleanupTestCase() { setPrompts(nullptr); }
+
+    // Each edit is one undo step: undoing them all walks back through the
+    // exact project texts, redoing walks forward again; then the saved file
+    // reopens to the same show and saves to the same bytes.
+    void editsUndoRedoSaveReopen() {
+        MainWindow w;
+        w.show();
+        QVERIFY(QTest::qWaitForWindowActive(&w));
+        {
+            QFile junk(file("not-a-picture.jpg"));
+            QVERIFY(junk.open(QIODevice::WriteOnly));
+            junk.write("plain text");
+        }
+        const QList<std::pair<const char*, std::function<void()>>> steps = {
+            {"insert three", [&] { QCOMPARE(w.insertPictures({red_, green_, blue_}, 0), 3); }},
+            {"insert missing and broken", [&] {
+                 QCOMPARE(w.insertPictures({file("gone.jpg"), file("not-a-picture.jpg"), red_}, 1), 1);
+                 QCOMPARE(prompts_.told, QStringList({kImageNotFound, kNotAnImage}));
+             }},
+            {"blank after the second", [&] { w.selectRows({1}); w.insertBlank(); }},
+            {"move two down by keyboard", [&] {
+                 w.selectRows({0, 1});
+                 QTest::keyClick(w.slideList(), Qt::Key_Down, Qt::ControlModifier);
+             }},
+            {"drag the last to the front", [&] {
+                 SlideListModel* m = w.slideModel();
+                 std::unique_ptr<QMimeData> data(m->mimeData({m->index(4)}));
+                 QVERIFY(m->dropMimeData(data.get(), Qt::CopyAction, 0, 0, {}));
+                 QCoreApplication::processEvents();
+             }},
+            {"duplicate", [&] { w.selectRows({3}); w.duplicateSelected(); }},
+            {"delete two", [&] { w.selectRows({0, 2}); QTest::keyClick(w.slideList(), Qt::Key_Delete); }},
+            {"randomise transitions", [&] { w.document().randomiseTransitions(); }},
+        };
+        QStringList texts{text(w)};
+        for (const auto& [name, step] : steps) {
+            step();
+            if (QTest::currentTestFailed()) return;
+            texts << text(w);
+            QVERIFY2(texts.last() != texts[texts.size() - 2], name);
+        }
+        QCOMPARE(sources(w), QStringList({"", "red.jpg", "red.jpg", "green.jpg"}));
+        QCOMPARE(w.statusText(), QString::fromStdString(w.document().show().statusText()));
+        QVERIFY(w.windowTitle().startsWith("Quillet: Untitled"));
+        QUndoStack& undo = w.document().undoStack();
+        for (int i = texts.size() - 2; i >= 0; --i) {
+            undo.undo();
+            QCOMPARE(text(w), texts[i]);
+        }
+        for (int i = 1; i < texts.size(); ++i) {
+            undo.redo();
+            QCOMPARE(text(w), texts[i]);
+        }
+        QVERIFY(w.document().modified());
+        QVERIFY(w.saveTo(file("edits.qpj")));
+        QVERIFY(!w.document().modified());
+        QCOMPARE(w.windowTitle(), QString("Quillet: edits.qpj[*]"));
+        MainWindow again;
+        QVERIFY(again.openFile(file("edits.qpj")));
+        QCOMPARE(text(again), texts.last());
+        QVERIFY(again.saveTo(file("resaved.qpj")));
+        QFile a(file("edits.qpj")), b(file("resaved.qpj"));
+        QVERIFY(a.open(QIODevice::ReadOnly) && b.open(QIODevice::ReadOnly));
+        QCOMPARE(a.readAll(), b.readAll());
+    }
+
+    void savePrompt_data() {
+        QTest::addColumn<int>("answer");
+        QTest::addColumn<bool>("proceeds");
+        QTest::addColumn<bool>("saved");
+        QTest::newRow("yes saves") << int(Prompts::Answer::Yes) << true << true;
+        QTest::newRow("no discards") << int(Prompts::Answer::No) << true << false;
+        QTest::newRow("cancel stays") << int(Prompts::Answer::Cancel) << false << false;
+    }
+    void savePrompt() {
+        QFETCH(int, answer);
+        QFETCH(bool, proceeds);
+        QFETCH(bool, saved);
+        MainWindow w;
+        QVERIFY(w.maybeSave());  // nothing to save: no question
+        QVERIFY(prompts_.asked.isEmpty());
+        w.insertPictures({red_}, 0);
+        const QString target = file(QString("prompt-%1.qpj").arg(answer));
+        prompts_.savePath = target;
+        prompts_.answers = {Prompts::Answer(answer)};
+        QCOMPARE(w.maybeSave(), proceeds);
+        QCOMPARE(prompts_.asked, QStringList({"Save changes|Save changes before closing?"}));
+        QCOMPARE(QFileInfo::exists(target), saved);
+        QCOMPARE(w.document().modified(), !saved);
+        // Closing asks the same question; a cancelled close keeps the window.
+        prompts_.answers = {Prompts::Answer::Cancel};
+        w.show();
+        QCOMPARE(w.close(), saved);
+    }
+
+    void missingPicture_data() {
+        QTest::addColumn<int>("choice");
+        QTest::addColumn<bool>("opens");
+        QTest::addColumn<QStringList>("expected");
+        QTest::newRow("don't relocate") << int(Choice::DontRelocate) << true << QStringList{"red.jpg"};
+        QTest::newRow("cancel") << int(Choice::Cancel) << false << QStringList{};
+        QTest::newRow("replace") << int(Choice::Replace) << true << QStringList{"red.jpg", "blue.jpg"};
+        QTest::newRow("relocate") << int(Choice::Relocate) << true << QStringList{"red.jpg", "moved.jpg"};
+    }
+    void missingPicture() {
+        QFETCH(int, choice);
+        QFETCH(bool, opens);
+        QFETCH(QStringList, expected);
+        QDir().mkpath(file("elsewhere"));
+        const QString moved = makePicture(file("elsewhere/moved.jpg"), Qt::yellow);
+        {
+            MainWindow w;
+            w.insertPictures({red_, moved}, 0);
+            QVERIFY(w.saveTo(file("missing.qpj")));
+        }
+        QFile::rename(moved, file("elsewhere/moved.tmp"));
+        QString project;
+        {
+            QFile f(file("missing.qpj"));
+            QVERIFY(f.open(QIODevice::ReadOnly));
+            project = QString::fromUtf8(f.readAll());
+        }
+        QFile::rename(file("elsewhere/moved.tmp"), file("elsewhere/moved.jpg"));
+        QFile::remove(file("elsewhere/moved.jpg"));
+        QDir().mkpath(file("found"));
+        makePicture(file("found/moved.jpg"), Qt::yellow);
+        prompts_.relocate = {Choice(choice)};
+        prompts_.image = blue_;
+        prompts_.folder = file("found");
+        MainWindow w;
+        QCOMPARE(w.openFile(file("missing.qpj")), opens);
+        QCOMPARE(sources(w), expected);
+        if (choice == int(Choice::Relocate))
+            QCOMPARE(QString::fromStdString(w.document().show().slideAt(1)->image.src), file("found/moved.jpg"));
+        // A run without dialogs refuses the project instead of asking.
+        MainWindow batch(true);
+        QVERIFY(!batch.openFile(file("missing.qpj")));
+        QVERIFY(!batch.openFile(file("no-such.qpj")));
+        QCOMPARE(prompts_.told.last(), QString(kProjectNotFound));
+    }
+
+    // The export runs on a worker thread; Cancel stops it within a slide or
+    // two and leaves a valid movie of the slides done.
+    void exportAndCancel() {
+        MainWindow w;
+        QStringList pictures;
+        for (int i = 0; i < 40; ++i)
+            pictures << makePicture(file(QString("big%1.jpg").arg(i)), QColor::fromHsv(i * 9, 200, 200), {1600, 1200});
+        QCOMPARE(w.insertPictures(pictures, 0), 40);
+        QElapsedTimer clock;
+        qint64 cancelledAt = -1;
+        prompts_.onProgress = [&](QProgressDialog* dialog) {
+            QCOMPARE(dialog->windowTitle(), QString(kExportingText));
+            QTimer::singleShot(300, dialog, [&, dialog] {
+                cancelledAt = clock.elapsed();
+                dialog->cancel();
+            });
+        };
+        clock.start();
+        ExportResult cancelled = w.exportTo(file("cancelled.swf"));
+        QVERIFY2(cancelled.cancelled, qPrintable(QString("%1 ms, %2 slides").arg(clock.elapsed()).arg(cancelled.slidesWritten)));
+        QVERIFY2(clock.elapsed() - cancelledAt < 3000, qPrintable(QString::number(clock.elapsed() - cancelledAt)));
+        QVERIFY(cancelled.slidesWritten < 40);
+        prompts_.onProgress = nullptr;
+        w.document().removeSlides({3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16, 17, 18, 19, 20, 21, 22, 23, 24,
+                                   25, 26, 27, 28, 29, 30, 31, 32, 33, 34, 35, 36, 37, 38, 39});
+        ExportResult done = w.exportTo(file("done.swf"));
+        QVERIFY2(done.ok, done.error.c_str());
+        QCOMPARE(done.slidesWritten, 3);
+        QFile movie(file("done.swf"));
+        QVERIFY(movie.open(QIODevice::ReadOnly));
+        const QByteArray head = movie.read(3);
+        QVERIFY(head == "FWS" || head == "CWS");
+        QVERIFY(prompts_.told.isEmpty());
+        // A folder that does not exist fails with the export message.
+        QVERIFY(!w.exportTo(file("no/such/folder/x.swf")).ok);
+        QCOMPARE(prompts_.told, QStringList({kExportFailed}));
+    }
+
+    // Unsaved changes are written to the recovery file; after a run that
+    // ended without closing, the next start offers them back.
+    void recoveryAfterCrash() {
+        QString before;
+        {
+            MainWindow w;
+            QVERIFY(w.openFile(file("edits.qpj")));
+            w.insertPictures({green_}, 0);
+            w.writeRecoveryNow();
+            before = text(w);
+        }  // destroyed without closing, as by a crash
+        QVERIFY(QFileInfo::exists(Document::recoveryPath()));
+        prompts_.answers = {Prompts::Answer::Yes};
+        MainWindow next;
+        QVERIFY(next.offerRecovery());
+        QCOMPARE(text(next), before);
+        QVERIFY(next.document().modified());
+        QCOMPARE(next.document().name(), QString("edits.qpj"));
+        QVERIFY(next.saveTo(next.document().path()));
+        QVERIFY(!QFileInfo::exists(Document::recoveryPath()));
+    }
+
+    // A long show opens to a usable window at once; thumbnails follow.
+    void thousandSlides() {
+        {
+            SlideShow show;
+            PublishSettings publish;
+            const QString pics[] = {red_, green_, blue_};
+            for (int i = 0; i < 1000; ++i) {
+                auto slide = show.createSlide(SlideType::Image);
+                slide->image.src = pics[i % 3].toStdString();
+                show.append(std::move(slide));
+            }
+            QVERIFY(SaveProject(file("thousand.qpj").toStdString(), show, publish));
+        }
+        QElapsedTimer clock;
+        clock.start();
+        MainWindow w;
+        w.resize(600, 800);
+        w.show();
+        QVERIFY(w.openFile(file("thousand.qpj")));
+        w.slideList()->scrollToBottom();
+        w.slideList()->repaint();
+        QCoreApplication::processEvents();
+        const qint64 ms = clock.elapsed();
+        qInfo("1000 slides: usable window after %lld ms", ms);
+        QVERIFY2(ms < 2000, qPrintable(QString::number(ms)));
+        QCOMPARE(w.statusText(), QString("1000 Slides; Total Time: 33:20.00"));
+        w.slideModel()->thumbnails().waitForDone();
+        QCoreApplication::processEvents();
+        QVERIFY(!w.slideModel()->data(w.slideModel()->index(999), Qt::DecorationRole).value<QImage>().isNull());
+    }
+
+    // Needs a display: the demo show in the main window and its preview.
+    void demoWindowAndPreview() {
+        if (offscreen()) QSKIP("the web view needs a display (run under Xvfb)");
+        const QString artefacts = QUILLET_ARTEFACTS_DIR;
+        QDir().mkpath(artefacts);
+        MainWindow w;
+        w.resize(720, 560);
+        w.show();
+        QVERIFY(w.openFile(QUILLET_SOURCE_DIR "/demo/demo.qpj"));
+        w.slideModel()->thumbnails().waitForDone();
+        QTest::qWait(200);
+        QVERIFY(w.grab().save(artefacts + "/main-window.png"));
+
+        QVERIFY(w.previewFrom(0));
+        PreviewWindow* preview = w.previewWindow();
+        QVERIFY(preview && preview->isVisible());
+        QCOMPARE(preview->windowTitle(), QString(kPreviewTitle));
+        QTRY_VERIFY_WITH_TIMEOUT(preview->loaded(), 20000);
+        // Slide 1 (a green meadow) has faded in after a second; wait for the
+        // picture's greens to cover much of the view.
+        QImage shot;
+        auto greenShare = [&] {
+            shot = preview->screen()->grabWindow(preview->winId()).toImage();
+            int green = 0, total = 0;
+            for (int y = 0; y < shot.height(); y += 8)
+                for (int x = 0; x < shot.width(); x += 8, ++total) {
+                    const QColor c = shot.pixelColor(x, y);
+                    if (c.green() > c.red() + 20 && c.green() > c.blue() + 20) ++green;
+                }
+            return total ? green * 100 / total : 0;
+        };
+        QTRY_VERIFY_WITH_TIMEOUT(greenShare() > 30, 20000);
+        QVERIFY(shot.save(artefacts + "/preview.png"));
+    }
+};
+
+int main(int argc, char** argv) {
+    if (geteuid() == 0) qputenv("QTWEBENGINE_DISABLE_SANDBOX", "1");
+    QCoreApplication::setAttribute(Qt::AA_ShareOpenGLContexts);
+    QApplication app(argc, argv);
+    AppTest test;
+    return QTest::qExec(&test, argc, argv);
+}
+
+#include "test_app.moc"
