@@ -107,6 +107,48 @@ on_on=$(compare -metric AE -crop 30x30+290+210 "$work/shots/mute-500ms.png" "$wo
 echo "mute: the icon changes in $on_off pixels when muted, $on_on after unmuting"
 [ "$on_off" -gt 20 ] && [ "$on_on" -lt 5 ] || { echo "mute: the button does not show its state"; exit 1; }
 
+# The preloader: its first frame shows the empty bar and the text, the next
+# the full bar (Ruffle has the whole movie before it plays, so it reads 100 %
+# at once), then the show starts. An imported preloader's frame comes first
+# (here a control set's movie: its round button at the top-left corner).
+make_show preload '--preloader' "$work/red.png $work/lime.png"
+"$QUILLET" export "$work/preload.qpj" -o "$work/preload.swf" >/dev/null
+shoot preload 100,180,600 --probe 200,120
+make_show imported "--preloader-import \"$(dirname "$QUILLET")/Controls/Round Play.swf\"" "$work/red.png"
+"$QUILLET" export "$work/imported.qpj" -o "$work/imported.swf" >/dev/null
+shoot imported 100,600 --probe 8,20
+/usr/bin/python3 - "$work/shots" <<'PY'
+import json, sys
+def pixels(name):
+    result = json.load(open(f"{sys.argv[1]}/{name}.json"))
+    assert not result["errors"], (name, result["errors"])
+    return {s["time"]: s["pixels"] for s in result["shots"]}
+def near(px, rgb):
+    return all(abs(a - b) <= 8 for a, b in zip(px, rgb))
+p = pixels("preload")
+seen = {t: p[t]["200,120"][:3] for t in p}
+print(f"preload: bar at 200,120: {seen}")
+assert near(p[100]["200,120"], (64, 64, 64)), "the empty bar"
+assert near(p[180]["200,120"], (255, 255, 255)), "the full bar in the text colour"
+assert near(p[600]["160,120"], (255, 0, 0)), "the show after the preloader"
+i = pixels("imported")
+print(f"imported: corner {i[100]['8,20'][:3]} then {i[600]['8,20'][:3]}")
+assert near(i[100]["8,20"], (26, 78, 155)), "the imported preloader's frame (its panel over the black stage)"
+assert near(i[600]["8,20"], (255, 0, 0)), "the show after it"
+PY
+cp "$work/shots/preload-100ms.png" "$artefacts/preloader-first-frame.png"
+cp "$work/shots/preload-180ms.png" "$artefacts/preloader-loaded.png"
+
+# A preloader that cannot be read fails the export before the movie is touched.
+echo "not a movie" > "$work/broken.swf"
+sed "s|preload_import_src=\"[^\"]*\"|preload_import_src=\"$work/broken.swf\"|" "$work/imported.qpj" > "$work/broken.qpj"
+cp "$work/imported.swf" "$work/kept.swf"
+if "$QUILLET" export "$work/broken.qpj" -o "$work/kept.swf" 2> "$work/broken.err"; then
+  echo "an unreadable preloader was accepted"; exit 1
+fi
+grep -q "broken.swf" "$work/broken.err" || { echo "the error does not name the preloader:"; cat "$work/broken.err"; exit 1; }
+cmp -s "$work/imported.swf" "$work/kept.swf" || { echo "the failed export touched the movie"; exit 1; }
+
 # Every set on a slide, playing and after a click on its play/pause (or mute) button.
 sheet=()
 while read -r set; do
@@ -131,7 +173,7 @@ montage "${sheet[@]}" -tile 2x -geometry +4+4 -background white "$artefacts/cont
   convert "${sheet[@]}" -append "$artefacts/control-sets-sheet.png"
 
 # An outside reader agrees with ours on movies with both kinds of controls.
-for n in pause first_last mute; do
+for n in pause first_last mute preload imported; do
   "$QUILLET" info --json "$work/$n.swf" > "$work/$n.json"
   /usr/bin/python3 "$lib/yaswfp_compare.py" "$work/$n.swf" "$work/$n.json"
 done
