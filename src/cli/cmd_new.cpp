@@ -10,10 +10,13 @@
 #include "cli/Command.h"
 #include "cli/TerminalProgress.h"
 #include "effects/CaptionDefaults.h"
+#include "effects/OverlayEffect.h"
 #include "effects/Transition.h"
 #include "media/Exif.h"
+#include "media/FramePatterns.h"
 #include "model/ProjectFile.h"
 #include "model/PublishSettings.h"
+#include "movie/ControlSets.h"
 #include "model/SlideShow.h"
 #include "settings/AppSettings.h"
 
@@ -24,7 +27,10 @@ int runNew(const std::vector<std::string>& args);
 
 const Command kNew{"new",
                    "new IMAGES... -o SHOW.qpj [--stage WxH] [--fps N] [--duration MS] [--transition NAME[:OPTION=VALUE,...] | "
-                   "--random-transitions] [--exif] [--captions name|date] [--music FILE]",
+                   "--random-transitions] [--exif] [--captions name|date] [--music FILE] [--overlay NAME] "
+                   "[--controls SET] [--mute-control SET] [--preloader | --preloader-import FILE] [--loop none|forever|N] "
+                   "[--background-image FILE [--tile-background]] [--frame KIND[:PATTERN] [--frame-color RRGGBB] "
+                   "[--frame-width N]]",
                    "make a show of one slide per picture", runNew, 10};
 CommandRegistrar registrar(kNew);
 
@@ -53,9 +59,79 @@ bool parseStage(const std::string& text, int& w, int& h) {
     return true;
 }
 
+// A file given on the command line, stored absolute; empty when it is not there.
+std::string existingFile(const std::string& path) {
+    std::error_code ec;
+    if (!std::filesystem::is_regular_file(path, ec)) return {};
+    return std::filesystem::absolute(path, ec).lexically_normal().string();
+}
+
+// How the show loops, and what lies around its slides. An error names the
+// option and what it accepts; a missing file is named with the problem.
+std::string setShowLook(const ParsedArgs& parsed, SlideShow& show) {
+    if (const std::string* loop = parsed.value("--loop")) {
+        long passes = 0;
+        if (*loop == "none") show.swfData.loop = SwfData::Loop::None;
+        else if (*loop == "forever") show.swfData.loop = SwfData::Loop::Forever;
+        else if (parseInt(*loop, passes) && passes >= 1 && passes <= 0x7FFFFFFF) {
+            show.swfData.loop = SwfData::Loop::Times;
+            show.swfData.loopCount = static_cast<int>(passes);
+        } else {
+            return "--loop wants 'none', 'forever' or a number of passes (1 or more)";
+        }
+    }
+    if (const std::string* file = parsed.value("--background-image")) {
+        show.bgImage = existingFile(*file);
+        if (show.bgImage.empty()) return *file + ": the file does not exist";
+        show.useBgImage = true;
+        show.bgImageTile = parsed.has("--tile-background");
+        show.bgImageScaleToFit = !show.bgImageTile;
+        show.bgImageWidth = show.width();
+        show.bgImageHeight = show.height();
+    } else if (parsed.has("--tile-background")) {
+        return "--tile-background goes with --background-image";
+    }
+    const std::string* frame = parsed.value("--frame");
+    if (!frame) {
+        if (parsed.value("--frame-color") || parsed.value("--frame-width")) return "--frame-color and --frame-width go with --frame";
+        return {};
+    }
+    const size_t colon = frame->find(':');
+    if (!frameFromKeyword(frame->substr(0, colon), show.bgFrame) || show.bgFrame == SlideShow::Frame::None)
+        return "--frame wants color_flat, color, color_hilite, metal, pattern:NAME (" +
+               [] {
+                   std::string names;
+                   for (const std::string& n : FramePatternNames()) names += (names.empty() ? "" : ", ") + n;
+                   return names;
+               }() +
+               ") or pattern_custom:FILE";
+    const std::string detail = colon == std::string::npos ? std::string() : frame->substr(colon + 1);
+    if (show.bgFrame == SlideShow::Frame::Pattern) {
+        if (detail.empty() || MakeFramePattern(detail).empty()) return "--frame pattern wants pattern:NAME with a built-in pattern's name";
+        show.bgFramePattern = detail;
+    } else if (show.bgFrame == SlideShow::Frame::PatternCustom) {
+        show.bgFrameCustomPattern = existingFile(detail);
+        if (show.bgFrameCustomPattern.empty()) return "--frame pattern_custom wants pattern_custom:FILE with a picture that exists";
+    }
+    if (const std::string* color = parsed.value("--frame-color")) {
+        char* end = nullptr;
+        const unsigned long rgb = std::strtoul(color->c_str(), &end, 16);
+        if (color->size() != 6 || *end != '\0') return "--frame-color wants six hexadecimal digits RRGGBB";
+        show.bgFrameColor = static_cast<uint32_t>(rgb);
+    }
+    if (const std::string* width = parsed.value("--frame-width")) {
+        long w = 0;
+        if (!parseInt(*width, w) || w < 0 || w > SlideShow::kMaxStageSize) return "--frame-width wants pixels, 0 or more";
+        show.bgFrameLeft = show.bgFrameTop = show.bgFrameRight = show.bgFrameBottom = static_cast<int>(w);
+    }
+    return {};
+}
+
 int runNew(const std::vector<std::string>& args) {
-    ParsedArgs parsed = parseArgs(args, {"-o", "--output", "--stage", "--fps", "--duration", "--transition", "--captions", "--music"},
-                                  {"--random-transitions", "--exif"});
+    ParsedArgs parsed = parseArgs(args, {"-o", "--output", "--stage", "--fps", "--duration", "--transition", "--captions", "--music",
+                                         "--overlay", "--controls", "--mute-control", "--preloader-import", "--loop",
+                                         "--background-image", "--frame", "--frame-color", "--frame-width"},
+                                  {"--random-transitions", "--exif", "--preloader", "--tile-background"});
     if (!parsed.error.empty()) return usageError(kNew, parsed.error);
     if (parsed.positional.empty()) return usageError(kNew, "expected at least one picture");
     std::string out;
@@ -79,6 +155,7 @@ int runNew(const std::vector<std::string>& args) {
     show.showBoundsTop = 0;
     show.showBoundsRight = show.width();
     show.showBoundsBottom = show.height();
+    if (std::string why = setShowLook(parsed, show); !why.empty()) return usageError(kNew, why);
     if (const std::string* fps = parsed.value("--fps")) {
         char* end = nullptr;
         const double v = std::strtod(fps->c_str(), &end);
@@ -111,6 +188,46 @@ int runNew(const std::vector<std::string>& args) {
     const std::string* captions = parsed.value("--captions");
     if (captions && *captions != "name" && *captions != "date")
         return usageError(kNew, "--captions wants 'name' or 'date'");
+    // Every slide gets the overlay effect of that exact name.
+    const OverlayEffect* overlay = nullptr;
+    if (const std::string* name = parsed.value("--overlay")) {
+        overlay = OverlayEffectRegistry::instance().Find(*name);
+        if (!overlay) {
+            std::string names;
+            for (size_t i = 0; i < OverlayEffectRegistry::instance().count(); ++i)
+                names += std::string(i ? ", " : "") + "'" + OverlayEffectRegistry::instance().At(i)->name() + "'";
+            return usageError(kNew, "no overlay effect called '" + *name + "' (one of " + names + ")");
+        }
+    }
+    // Playback and mute controls from the installed sets (see 'quillet list controls').
+    const std::pair<const char*, ControlKind> controlOptions[] = {{"--controls", ControlKind::Playback},
+                                                                  {"--mute-control", ControlKind::Mute}};
+    for (const auto& [option, kind] : controlOptions) {
+        const std::string* name = parsed.value(option);
+        if (!name) continue;
+        ImportedMovie set;
+        std::string why;
+        if (!LoadControlSet(kind, *name, set, &why)) {
+            printError(why);
+            return kExitFailure;
+        }
+        ControlPlacement& placement = kind == ControlKind::Playback ? show.controls : show.muteControl;
+        placement.enabled = true;
+        placement.controlSet = *name;
+        placement.width = set.WidthPixels();
+        placement.height = set.HeightPixels();
+    }
+    if (parsed.has("--preloader") || parsed.value("--preloader-import")) show.swfData.preload = true;
+    if (const std::string* file = parsed.value("--preloader-import")) {
+        ImportedMovie preloader;
+        std::string why;
+        if (!ReadImportedMovie(*file, preloader, &why)) {
+            printError(*file, why);
+            return kExitFailure;
+        }
+        std::error_code ec;
+        show.swfData.preloadImportSrc = std::filesystem::absolute(*file, ec).lexically_normal().string();
+    }
     const bool random = parsed.has("--random-transitions");
     if (const std::string* choice = parsed.value("--transition")) {
         if (random) return usageError(kNew, "--transition and --random-transitions exclude each other");
@@ -170,6 +287,7 @@ int runNew(const std::vector<std::string>& args) {
         if (duration >= 0) slide->duration = static_cast<uint32_t>(duration);
         if (random) slide->setTransitionIn(TransitionRegistry::instance().Random()->CreateInstance());
         else if (chosen) slide->setTransitionIn(chosen->Clone());
+        if (overlay) slide->setOverlayEffect(overlay->Create());
         if (captions) {
             const std::string text = *captions == "name" ? PictureNameText(path) : PictureDateText(path);
             if (!text.empty()) slide->captions.items.push_back(MakePictureCaption(text, show.height()));
