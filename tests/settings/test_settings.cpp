@@ -12,30 +12,6 @@ using namespace quillet;
 using quillet::test::ScopedEnv;
 using quillet::test::TempDir;
 
-TEST(AppSettings, EmptyStoreGivesTheDefaults) {
-    TempDir dir;
-    AppSettings s;
-    s.mainWindowX = 999;
-    s.swfPreviewWindowVisible = true;
-    ASSERT_TRUE(s.load(dir.file("absent.ini")));  // a missing file is not an error
-    s.resetToDefaults();
-    EXPECT_EQ(s.mainWindowX, 50);
-    EXPECT_EQ(s.mainWindowY, 50);
-    EXPECT_EQ(s.mainWindowWidth, 400);
-    EXPECT_EQ(s.mainWindowHeight, 400);
-    EXPECT_FALSE(s.swfPreviewWindowVisible);
-    EXPECT_TRUE(s.showPropertiesWindowVisible);
-    EXPECT_EQ(s.slidePropertiesWindowX, 150);
-    EXPECT_EQ(s.defaultImageQuality, 80);
-    EXPECT_EQ(s.defaultImageHAlign, AppSettings::AlignCenter);
-    EXPECT_EQ(s.recentProjects.capacity(), 5u);
-    EXPECT_EQ(s.customColors[15], 0xFFFFFFu);
-    EXPECT_EQ(s.defaultShowFontName, "Arial");
-    EXPECT_EQ(s.defaultShowFont.height, -13);
-    EXPECT_EQ(s.defaultShowFont.weight, 400);
-    EXPECT_TRUE(s.warnTigerVersion);
-}
-
 TEST(AppSettings, SaveAndLoadKeepEveryValue) {
     TempDir dir;
     std::string existing = dir.file("photo.jpg");
