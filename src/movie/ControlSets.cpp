@@ -1,12 +1,11 @@
 #include "movie/ControlSets.h"
 
-#include <unistd.h>
-
 #include <algorithm>
 #include <cstdlib>
 #include <filesystem>
 #include <system_error>
 
+#include "io/DataFolder.h"
 #include "model/SlideShow.h"
 #include "movie/MovieScripts.h"
 #include "swf/ShowScripts.h"
@@ -18,14 +17,6 @@ namespace quillet {
 namespace fs = std::filesystem;
 
 namespace {
-
-fs::path ProgramFolder() {
-    char buffer[4096];
-    const ssize_t n = readlink("/proc/self/exe", buffer, sizeof buffer - 1);
-    if (n <= 0) return {};
-    buffer[n] = '\0';
-    return fs::path(buffer).parent_path();
-}
 
 const char* FolderName(ControlKind kind) { return kind == ControlKind::Playback ? kControlsFolder : kMuteControlsFolder; }
 
@@ -55,7 +46,7 @@ void AppendGlobalVolume(SwfActionList& list, int volume) {
 std::string FindControlsFolder(ControlKind kind) {
     const char* name = FolderName(kind);
     std::vector<fs::path> places;
-    const fs::path program = ProgramFolder();
+    const fs::path program = ProgramFolder();  // empty when unknown
     if (!program.empty()) {
         places.push_back(program / name);
         places.push_back(program.parent_path() / "share" / "quillet" / name);

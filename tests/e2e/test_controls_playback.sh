@@ -172,6 +172,16 @@ done <<<"$mute_sets"
 montage "${sheet[@]}" -tile 2x -geometry +4+4 -background white "$artefacts/control-sets-sheet.png" 2>/dev/null ||
   convert "${sheet[@]}" -append "$artefacts/control-sets-sheet.png"
 
+# A program without its control sets says so, and exports nothing.
+mkdir -p "$work/bare/bin"
+cp "$QUILLET" "$work/bare/bin/quillet"
+if QUILLET_CONTROLS_DIR= "$work/bare/bin/quillet" export "$work/pause.qpj" -o "$work/bare.swf" 2> "$work/bare.err"; then
+  echo "a show with controls was exported without control sets"; exit 1
+fi
+grep -q "No control templates were found. Please make sure the program was installed properly." "$work/bare.err" ||
+  { echo "unexpected message:"; cat "$work/bare.err"; exit 1; }
+[ ! -e "$work/bare.swf" ] || { echo "a movie was written"; exit 1; }
+
 # An outside reader agrees with ours on movies with both kinds of controls.
 for n in pause first_last mute preload imported; do
   "$QUILLET" info --json "$work/$n.swf" > "$work/$n.json"
