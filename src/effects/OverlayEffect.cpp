@@ -1,11 +1,14 @@
 #include "effects/OverlayEffect.h"
 
+#include "effects/SlideRender.h"
 #include "effects/overlays/Bubbles.h"
 #include "effects/overlays/Fireworks.h"
 #include "effects/overlays/Hearts.h"
 #include "effects/overlays/OldMovie.h"
 #include "effects/overlays/Snow.h"
 #include "effects/overlays/Strobe.h"
+#include "swf/SwfTags.h"
+#include "swf/SwfWriter.h"
 
 namespace quillet {
 
@@ -21,6 +24,13 @@ std::unique_ptr<OverlayEffect> OverlayEffect::Clone() const {
     std::unique_ptr<OverlayEffect> copy = Create();
     copy->SetName(name_);
     return copy;
+}
+
+void OverlayEffect::Define(MovieContext&) {}
+
+void OverlayEffect::Place(MovieContext& ctx, uint16_t depth) const {
+    if (characterId == 0) return;
+    ctx.movie.AddTag(PlaceObject2Tag::Place(depth, characterId, SwfMatrix()));
 }
 
 OverlayEffectRegistry::OverlayEffectRegistry() {

@@ -15,6 +15,8 @@
 
 namespace quillet {
 
+struct MovieContext;
+
 class OverlayEffect {
 public:
     OverlayEffect();                        // name "None"
@@ -36,6 +38,13 @@ public:
     OptionTable Options() const { return {}; }
     // True for "None" and every other effect that draws nothing.
     virtual bool IsNone() const { return true; }
+
+    // Writes the effect's characters (shapes, sprite, programs) into the
+    // movie and records the sprite's id; "None" writes nothing.
+    virtual void Define(MovieContext& ctx);
+    // Places the defined sprite at `depth` over the stage's top-left corner
+    // (an identity matrix); nothing before Define or for "None".
+    virtual void Place(MovieContext& ctx, uint16_t depth) const;
 
 private:
     std::string name_;

@@ -164,7 +164,9 @@ void readSlide(const XmlNode& e, Slide& s, const LoadContext& ctx) {
             if (XmlNode t = c.firstChild())
                 if (auto transition = ReadTransition(t)) s.setTransitionIn(std::move(transition));
         } else if (name == "swf_fx") {
-            // Not read: the slide keeps its default effect.
+            // A name no effect bears reads as "None".
+            std::string effect;
+            if (c.readString("name", effect)) s.setOverlayEffect(MakeOverlayEffect(effect));
         } else if (name == "caption_data") {
             s.captions.Read(c);
         } else if (name == "sound_data") {

@@ -11,6 +11,9 @@ public:
 
     std::unique_ptr<OverlayEffect> Create() const override;
     bool IsNone() const override { return false; }
+    void Define(MovieContext& ctx) override;
+    // Placed without a matrix: the bursts are laid out in stage pixels already.
+    void Place(MovieContext& ctx, uint16_t depth) const override;
 };
 
 }  // namespace quillet

@@ -11,6 +11,7 @@ public:
 
     std::unique_ptr<OverlayEffect> Create() const override;
     bool IsNone() const override { return false; }
+    void Define(MovieContext& ctx) override;
 };
 
 }  // namespace quillet
