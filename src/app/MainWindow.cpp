@@ -124,7 +124,7 @@ void MainWindow::buildActions() {
                                  });
     QAction* exportA = make("&Export Slide Show...", "Export Slide Show", QStyle::SP_ArrowDown,
                             QKeySequence(Qt::CTRL | Qt::Key_E), [this] { exportShow(); });
-    QAction* helpA = make("&Help", "Help", QStyle::SP_DialogHelpButton, QKeySequence(Qt::Key_F1), [this] { help(); });
+    QAction* helpA = make("&Help", "Help", QStyle::SP_MessageBoxQuestion, QKeySequence(Qt::Key_F1), [this] { help(); });
     QAction* quitA = make("&Quit", "Quit", QStyle::SP_DialogCloseButton, QKeySequence::Quit, [this] { close(); });
     QAction* undoA = doc_.undoStack().createUndoAction(this, "&Undo");
     undoA->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_Z));

@@ -59,6 +59,7 @@ int main(int argc, char** argv) {
         window.show();
         if (!parser.positionalArguments().isEmpty() && !window.openFile(parser.positionalArguments().first()))
             return 1;
+        window.grab();  // painting the rows asks for their thumbnails
         window.slideModel()->thumbnails().waitForDone();
         QCoreApplication::processEvents();
         return window.grab().save(parser.value(screenshot)) ? 0 : 1;
