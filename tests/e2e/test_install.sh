@@ -75,7 +75,7 @@ warnings=$(zcat "$man" | groff -man -Tutf8 -ww -z 2>&1)
 [ -z "$warnings" ] || fail "man page: $warnings"
 text=$(zcat "$man" | groff -man -Tutf8 2>/dev/null | col -b)
 for cmd in $("$usr/bin/quillet" --help | awk '/^Commands:/ {on = 1; next} /^$/ {on = 0} on && /^  [a-z]/ {print $1}'); do
-  grep -q "^ *$cmd\b" <<<"$text" || fail "the man page does not document '$cmd'"
+  grep -Eq "^ {7}$cmd( |\$)" <<<"$text" || fail "the man page does not document '$cmd'"
 done
 
 # The installed program, run from the scratch root.
