@@ -1,5 +1,6 @@
 #include "movie/MovieExporter.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <filesystem>
 #include <system_error>
@@ -79,6 +80,13 @@ struct HeadParts {
         mute = show.muteControl.enabled;
         if (mute && !LoadControlSet(ControlKind::Mute, show.muteControl.controlSet, muteSet, error)) return false;
         return true;
+    }
+    // Scripts copied from another movie play by the rules of its version.
+    uint8_t Version() const {
+        uint8_t v = preload ? preloader.ImportedVersion() : 0;
+        if (controls) v = std::max(v, controlSet.header.version);
+        if (mute) v = std::max(v, muteSet.header.version);
+        return v;
     }
 };
 
@@ -244,6 +252,7 @@ ExportResult MovieExporter::ExportMovie(const std::string& path, ProgressSink* p
     FontCatalog fonts;
     HeadParts parts;
     if (!parts.Prepare(show_, fonts, &result.error)) return result;
+    version = std::max(version, parts.Version());
     result.error = CheckLimits(show_, images, version, backdrop, fonts, parts);
     if (!result.error.empty()) return result;
 

@@ -56,6 +56,8 @@ public:
     void Write(MovieContext& ctx);
     // Removes what it placed, in the frame being built (the next one).
     void WriteRemoval(MovieContext& ctx);
+    // The version of an imported preloader's movie, 0 for ours.
+    uint8_t ImportedVersion() const { return imported_ ? import_.header.version : 0; }
 
 private:
     void WriteOwn(MovieContext& ctx);
