@@ -72,6 +72,33 @@ uint16_t ShapeClip(uint16_t shapeId, MovieContext& ctx) {
     return id;
 }
 
+// The text as the movie's strings hold it: UTF-8 from version 6 on, else
+// Windows-1252 (what the player reads there), '?' for what that lacks.
+std::string MovieText(const std::u32string& text, uint8_t version) {
+    std::string out;
+    for (char32_t c : text) {
+        if (version >= 6) {
+            if (c < 0x80) out += static_cast<char>(c);
+            else if (c < 0x800) out += {static_cast<char>(0xC0 | c >> 6), static_cast<char>(0x80 | (c & 0x3F))};
+            else if (c < 0x10000)
+                out += {static_cast<char>(0xE0 | c >> 12), static_cast<char>(0x80 | (c >> 6 & 0x3F)),
+                        static_cast<char>(0x80 | (c & 0x3F))};
+            else
+                out += {static_cast<char>(0xF0 | c >> 18), static_cast<char>(0x80 | (c >> 12 & 0x3F)),
+                        static_cast<char>(0x80 | (c >> 6 & 0x3F)), static_cast<char>(0x80 | (c & 0x3F))};
+            continue;
+        }
+        char byte = '?';
+        if (c < 0x80 || (c >= 0xA0 && c <= 0xFF)) byte = static_cast<char>(c);
+        else
+            for (int b = 0x80; b < 0xA0; ++b)  // a lone high byte decodes as Windows-1252
+                if (DecodeCaptionText(std::string(1, static_cast<char>(b))) == std::u32string(1, c))
+                    byte = static_cast<char>(b);
+        out += byte;
+    }
+    return out;
+}
+
 }  // namespace
 
 SwfActionList BuildPreloadCheck(const PreloadScriptSettings& settings) {
@@ -224,12 +251,13 @@ void Preloader::WriteOwn(MovieContext& ctx) {
     field->align = DefineEditTextTag::Center;
     field->variableName = kTextVariable;
     field->hasText = true;
-    field->initialText = data.preloadText;
+    const std::string movieText = MovieText(text, ctx.movie.Version());
+    field->initialText = movieText;
     const uint16_t fieldId = field->GetId();
     ctx.movie.AddTag(std::move(field));
 
     PreloadScriptSettings settings;
-    settings.text = data.preloadText;
+    settings.text = movieText;
     settings.amount = data.preloadAmount;
     settings.smart = data.preloadType == SwfData::PreloadType::Smart;
     for (const auto& slide : show_->slides()) settings.playMs += slide->duration;
