@@ -130,7 +130,7 @@ TEST(ProjectFile, OneWayFieldsOfTheFormat) {
     PublishSettings backPublish;
     std::string error;
     ASSERT_TRUE(LoadProjectText(text, dir.path().string(), back, backPublish, &error)) << error;
-    EXPECT_EQ(back.slideAt(0)->overlayEffect().name(), "");  // swf_fx is not read
+    EXPECT_FALSE(back.slideAt(0)->overlayEffect().IsNone());  // swf_fx selects the effect of that name
     EXPECT_EQ(back.muteControl.align, ControlPlacement::Align::BottomRight);
     EXPECT_EQ(back.controls.controlSet, "Odd \"set\" <name>");
     EXPECT_FALSE(backPublish.flv.publish);  // follows the movie's flag
