@@ -43,9 +43,8 @@ private:
 
 }  // namespace
 
-ExportResult RunExport(QWidget* parent, const SlideShow& show, const QString& path, const ExportOptions& options) {
+void RunWithProgress(QWidget* parent, const std::function<void(ProgressSink&)>& work) {
     ThreadProgress progress;
-    ExportResult result;
     QProgressDialog dialog(parent);
     dialog.setWindowTitle(kExportingText);
     dialog.setLabelText(kExportingText);
@@ -54,8 +53,7 @@ ExportResult RunExport(QWidget* parent, const SlideShow& show, const QString& pa
     dialog.setAutoReset(false);
     dialog.setMinimumDuration(0);
     dialog.setMinimumWidth(320);
-    const std::string target = path.toStdString();
-    QThread* worker = QThread::create([&] { result = MovieExporter(show).ExportMovie(target, &progress, options); });
+    QThread* worker = QThread::create([&] { work(progress); });
     QEventLoop loop;
     QObject::connect(worker, &QThread::finished, &loop, &QEventLoop::quit);
     QTimer poll;
@@ -78,6 +76,45 @@ ExportResult RunExport(QWidget* parent, const SlideShow& show, const QString& pa
     if (worker->isRunning()) loop.exec();
     worker->wait();
     delete worker;
+}
+
+ExportResult RunExport(QWidget* parent, const SlideShow& show, const QString& path, const ExportOptions& options) {
+    ExportResult result;
+    const std::string target = path.toStdString();
+    RunWithProgress(parent, [&](ProgressSink& progress) {
+        result = MovieExporter(show).ExportMovie(target, &progress, options);
+    });
+    return result;
+}
+
+namespace {
+
+// Called on the publish thread; the question is asked on the window's.
+class DialogPublishPrompts : public PublishPrompts {
+public:
+    explicit DialogPublishPrompts(QWidget* parent) : parent_(parent) {}
+    ReplaceReply AskReplace(const std::string& question) override {
+        ReplaceReply reply;
+        QMetaObject::invokeMethod(
+            parent_, [&] { reply = prompts().askReplace(parent_, QString::fromStdString(question)); },
+            Qt::BlockingQueuedConnection);
+        return reply;
+    }
+
+private:
+    QWidget* parent_;
+};
+
+}  // namespace
+
+PublishResult RunPublish(QWidget* parent, PublishSettings& settings, const SlideShow& show, PublishOptions options) {
+    PublishResult result;
+    DialogPublishPrompts ask(parent);
+    options.prompts = &ask;
+    RunWithProgress(parent, [&](ProgressSink& progress) {
+        options.progress = &progress;
+        result = Publish(settings, show, options);
+    });
     return result;
 }
 

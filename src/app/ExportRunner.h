@@ -4,14 +4,22 @@
 #pragma once
 
 #include <QString>
+#include <functional>
 
+#include "media/Progress.h"
 #include "movie/MovieExporter.h"
+#include "publish/Publisher.h"
 
 class QWidget;
 
 namespace quillet::app {
 
-// The show must not change until this returns (the dialog is modal).
+// Runs `work` on a worker thread under the progress dialog and returns when
+// it is done. The show must not change until then (the dialog is modal).
+void RunWithProgress(QWidget* parent, const std::function<void(ProgressSink&)>& work);
+
 ExportResult RunExport(QWidget* parent, const SlideShow& show, const QString& path, const ExportOptions& options);
+// A publish run; its replace questions are asked on the window's thread.
+PublishResult RunPublish(QWidget* parent, PublishSettings& settings, const SlideShow& show, PublishOptions options);
 
 }  // namespace quillet::app

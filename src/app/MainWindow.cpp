@@ -26,6 +26,7 @@
 #include "media/Exif.h"
 #include "model/ProjectFile.h"
 #include "model/Slide.h"
+#include "publish/RufflePage.h"
 #include "settings/AppSettings.h"
 
 namespace quillet::app {
@@ -124,6 +125,8 @@ void MainWindow::buildActions() {
                                  });
     QAction* exportA = make("&Export Slide Show...", "Export Slide Show", QStyle::SP_ArrowDown,
                             QKeySequence(Qt::CTRL | Qt::Key_E), [this] { exportShow(); });
+    QAction* publishA = make("P&ublish...", "Publish the show's targets into a folder", QStyle::SP_DriveNetIcon,
+                             QKeySequence(Qt::CTRL | Qt::Key_P), [this] { publishShow(); });
     QAction* helpA = make("&Help", "Help", QStyle::SP_MessageBoxQuestion, QKeySequence(Qt::Key_F1), [this] { help(); });
     QAction* quitA = make("&Quit", "Quit", QStyle::SP_DialogCloseButton, QKeySequence::Quit, [this] { close(); });
     QAction* undoA = doc_.undoStack().createUndoAction(this, "&Undo");
@@ -145,7 +148,7 @@ void MainWindow::buildActions() {
     recentMenu_ = file->addMenu("Open &Recent");
     file->addActions({saveA, saveAsA});
     file->addSeparator();
-    file->addAction(exportA);
+    file->addActions({exportA, publishA});
     file->addSeparator();
     file->addAction(quitA);
     QMenu* edit = menuBar()->addMenu("&Edit");
@@ -359,6 +362,34 @@ ExportResult MainWindow::exportTo(const QString& path) {
     if (result.cancelled)
         statusBar()->showMessage(QString("Export cancelled; the movie holds the first %1 slide(s).")
                                      .arg(result.slidesWritten), 10000);
+    return result;
+}
+
+void MainWindow::publishShow() {
+    const std::string& output = doc_.publish().output;
+    const QString proposed = QString::fromStdString(output.empty() ? defaultPublishFolder() : output);
+    const QString folder = prompts().chooseOutputFolder(this, proposed);
+    if (!folder.isEmpty()) publishTo(folder);
+}
+
+PublishResult MainWindow::publishTo(const QString& folder) {
+    // The run points the page at the movie it writes; the document keeps
+    // its own settings.
+    PublishSettings settings = doc_.publish();
+    settings.output = absolute(folder).toStdString();
+    const AppSettings& s = AppSettings::current();
+    PublishOptions options;
+    options.addresses = {s.publishPlayerDownloadUrl, s.publishPluginPageUrl};
+    options.playersFolder = s.publishPlayersPath;
+    options.rufflePlayer = FindRufflePlayer();
+    options.exportOptions = exportOptions();
+    PublishResult result = RunPublish(this, settings, doc_.show(), options);
+    for (const PublishMessage& m : result.messages)
+        prompts().tell(this, QString::fromStdString(m.caption), QString::fromStdString(m.text),
+                       QString::fromStdString(m.detail));
+    QString summary = QString("Published %1 file(s) into %2").arg(result.written.size()).arg(folder);
+    if (!result.skipped.empty()) summary += QString("; kept %1 existing").arg(result.skipped.size());
+    statusBar()->showMessage(summary, 10000);
     return result;
 }
 

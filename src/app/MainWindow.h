@@ -9,6 +9,7 @@
 
 #include "app/Document.h"
 #include "movie/MovieExporter.h"
+#include "publish/Publisher.h"
 
 class QLabel;
 class QListView;
@@ -48,6 +49,9 @@ public:
     void selectRows(const QList<int>& rows);
     // Writes the movie; the result of the exporter (messages already shown).
     ExportResult exportTo(const QString& path);
+    // Publishes the show's selected targets into `folder`; the result (its
+    // messages already shown).
+    PublishResult publishTo(const QString& folder);
     // Writes "preview.swf" from slide `from` on and shows it; false on failure.
     bool previewFrom(int from);
     // Restores a recovery file left by a run that ended abnormally, after
@@ -69,6 +73,7 @@ private:
     void insertImages();
     void slideProperties();
     void exportShow();
+    void publishShow();
     void help();
     void refreshTitle();
     void refreshRecent();

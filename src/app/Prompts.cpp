@@ -1,5 +1,6 @@
 #include "app/Prompts.h"
 
+#include <QCheckBox>
 #include <QDialog>
 #include <QDialogButtonBox>
 #include <QDir>
@@ -99,6 +100,27 @@ QString Prompts::chooseFolder(QWidget* parent, const QString& fileName) {
     QObject::connect(&dialog, &QFileDialog::directoryEntered, &dialog, update);
     if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return {};
     return dialog.selectedFiles().first();
+}
+
+ReplaceReply Prompts::askReplace(QWidget* parent, const QString& question) {
+    QMessageBox box(QMessageBox::Question, "Publish", question, QMessageBox::NoButton, parent);
+    QPushButton* replace = box.addButton("Replace", QMessageBox::AcceptRole);
+    QPushButton* keep = box.addButton("Don't Replace", QMessageBox::RejectRole);
+    box.addButton("Stop", QMessageBox::DestructiveRole);
+    box.setDefaultButton(keep);
+    auto* all = new QCheckBox("Apply To All", &box);
+    box.setCheckBox(all);
+    box.exec();
+    ReplaceReply reply;
+    reply.applyToAll = all->isChecked();
+    reply.answer = box.clickedButton() == replace ? ReplaceAnswer::Replace
+                   : box.clickedButton() == keep  ? ReplaceAnswer::DontReplace
+                                                  : ReplaceAnswer::Stop;
+    return reply;
+}
+
+QString Prompts::chooseOutputFolder(QWidget* parent, const QString& proposed) {
+    return QFileDialog::getExistingDirectory(parent, "Publish to folder", proposed);
 }
 
 MissingPictureHandler::Choice RelocateHandler::ask(const std::string& missingPath) {

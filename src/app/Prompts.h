@@ -7,6 +7,7 @@
 #include <QStringList>
 
 #include "model/ProjectFile.h"
+#include "publish/Publisher.h"
 
 class QProgressDialog;
 class QWidget;
@@ -53,6 +54,11 @@ public:
     // holds `fileName`).
     virtual MissingPictureHandler::Choice askRelocate(QWidget* parent, const QString& missingPath);
     virtual QString chooseFolder(QWidget* parent, const QString& fileName);
+    // "The item ... already exists. Replace it?" with Replace, Don't Replace,
+    // Stop and Apply To All.
+    virtual ReplaceReply askReplace(QWidget* parent, const QString& question);
+    // The folder the publish run writes into; empty when dismissed.
+    virtual QString chooseOutputFolder(QWidget* parent, const QString& proposed);
     // Called once a progress dialog is up (tests cancel through it).
     virtual void progressShown(QProgressDialog* dialog) {}
 };

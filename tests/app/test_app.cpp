@@ -38,6 +38,7 @@ public:
     QStringList asked, told;
     QList<Choice> relocate;
     QString image, folder, savePath;
+    QList<ReplaceReply> replies;
     std::function<void(QProgressDialog*)> onProgress;
 
     Answer ask(QWidget*, const QString& caption, const QString& text, bool) override {
@@ -53,6 +54,10 @@ public:
         return relocate.isEmpty() ? Choice::Cancel : relocate.takeFirst();
     }
     QString chooseFolder(QWidget*, const QString&) override { return folder; }
+    ReplaceReply askReplace(QWidget*, const QString& question) override {
+        asked << question;
+        return replies.isEmpty() ? ReplaceReply{ReplaceAnswer::Stop, false} : replies.takeFirst();
+    }
     void progressShown(QProgressDialog* dialog) override {
         if (onProgress) onProgress(dialog);
     }
@@ -278,6 +283,16 @@ private slots:
         const QByteArray head = movie.read(3);
         QVERIFY(head == "FWS" || head == "CWS");
         QVERIFY(prompts_.told.isEmpty());
+        // Publishing runs on the worker too; its replace question is asked on
+        // the window's thread, once with Apply To All.
+        QDir().mkpath(file("site"));
+        QVERIFY(!w.publishTo(file("site")).written.empty());
+        prompts_.replies = {{ReplaceAnswer::DontReplace, true}};
+        const PublishResult again = w.publishTo(file("site"));
+        QCOMPARE(prompts_.asked.size(), 1);
+        QVERIFY(again.written.empty());
+        QVERIFY(QFileInfo::exists(file("site/Untitled.swf")));
+        prompts_.told.clear();
         // A folder that does not exist fails with the export message.
         QVERIFY(!w.exportTo(file("no/such/folder/x.swf")).ok);
         QCOMPARE(prompts_.told, QStringList({kExportFailed}));
