@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# Main job: set up, build, and compile the demo show of real photos into out/demo/
+# Main job: set up, build, make the demo's sounds (demo/make-sounds.sh: music with
+# sox, a spoken line with espeak-ng), and compile the demo show of real photos into out/demo/
 # with `quillet publish`: demo.swf, the classic page demo.html, and demo-ruffle.html (also
 # index.html) that plays it in the self-hosted Ruffle player copied into out/demo/ruffle.
 set -euo pipefail
@@ -13,10 +14,12 @@ QUILLET="$BUILD/src/quillet"
 OUT=out/demo
 mkdir -p "$OUT"
 
+bash demo/make-sounds.sh
 "$QUILLET" show demo/demo.qpj
 "$QUILLET" publish demo/demo.qpj --output "$OUT" --base demo --targets swf,html,ruffle --replace
 ln -sfn demo-ruffle.html "$OUT/index.html"
 "$QUILLET" info "$OUT/demo.swf" | sed -n 1,6p
+"$QUILLET" info "$OUT/demo.swf" | grep -E "DefineSound|SoundStreamHead" || true
 
 # A look at the movie as Ruffle plays it: one frame every 1.5 s, which lands in
 # most of the show's transitions, and a contact sheet of them all.

@@ -1,5 +1,5 @@
 // quillet info MOVIE.swf [--json]: the header and the tag list of a movie,
-// read through our own reader.
+// read through our own reader, with the format of its sounds.
 #include <cstdio>
 #include <iomanip>
 #include <iostream>
@@ -8,6 +8,7 @@
 #include "cli/Command.h"
 #include "swf/SwfReader.h"
 #include "swf/SwfTags.h"
+#include "swf/tags/SoundTags.h"
 
 namespace quillet::cli {
 
@@ -41,6 +42,66 @@ std::string Number(double v) {
     return s.str();
 }
 
+const char* SoundFormatName(uint8_t format) {
+    switch (format) {
+    case SwfSoundFormat::Uncompressed: return "PCM";
+    case SwfSoundFormat::Adpcm: return "ADPCM";
+    case SwfSoundFormat::Mp3: return "MP3";
+    case SwfSoundFormat::UncompressedLittleEndian: return "PCM-LE";
+    case 4: case 5: case SwfSoundFormat::Nellymoser: return "Nellymoser";
+    case 11: return "Speex";
+    default: return "unknown";
+    }
+}
+
+uint32_t SoundRateHz(uint8_t code) {
+    static const uint32_t kRates[] = {5512, 11025, 22050, 44100};
+    return kRates[code & 3];
+}
+
+int16_t S16(const std::vector<uint8_t>& data, size_t at) {
+    return data.size() >= at + 2 ? static_cast<int16_t>(data[at] | data[at + 1] << 8) : 0;
+}
+
+// The details of a sound tag as name and value (all numbers but the format);
+// nothing for other tags.
+std::vector<std::pair<std::string, std::string>> SoundFields(const SwfTag& t) {
+    std::vector<std::pair<std::string, std::string>> f;
+    if (auto* d = dynamic_cast<const DefineSoundTag*>(&t)) {
+        f = {{"format", SoundFormatName(d->format)}, {"rate", std::to_string(SoundRateHz(d->rate))},
+             {"channels", d->stereo ? "2" : "1"}, {"bits", d->is16Bit ? "16" : "8"},
+             {"samples", std::to_string(d->sampleCount)}};
+        if (d->format == SwfSoundFormat::Mp3) f.push_back({"seek", std::to_string(S16(d->data, 0))});
+        f.push_back({"bytes", std::to_string(d->data.size() - (d->format == SwfSoundFormat::Mp3 && d->data.size() >= 2 ? 2 : 0))});
+    } else if (auto* h = dynamic_cast<const SwfSoundStreamHeadBase*>(&t)) {
+        f = {{"format", SoundFormatName(h->streamFormat)}, {"rate", std::to_string(SoundRateHz(h->streamRate))},
+             {"channels", h->streamStereo ? "2" : "1"}, {"samplesPerFrame", std::to_string(h->samplesPerBlock)}};
+        if (h->streamFormat == SwfSoundFormat::Mp3) f.push_back({"latencySeek", std::to_string(h->latencySeek)});
+    } else if (auto* b = dynamic_cast<const SoundStreamBlockTag*>(&t)) {
+        // MP3 blocks start with their sample count and seek samples.
+        if (b->data.size() >= 4)
+            f = {{"samples", std::to_string(static_cast<uint16_t>(S16(b->data, 0)))}, {"seek", std::to_string(S16(b->data, 2))}};
+    }
+    return f;
+}
+
+// "MP3 22050 Hz mono 16-bit, 11025 samples, seek 1105, 6896 bytes" and the like.
+std::string SoundText(const SwfTag& t) {
+    std::string head, tail;
+    for (const auto& [name, v] : SoundFields(t)) {
+        if (name == "format") head = v;
+        else if (name == "rate") head += " " + v + " Hz";
+        else if (name == "channels") head += v == "2" ? " stereo" : " mono";
+        else if (name == "bits") head += " " + v + "-bit";
+        else if (name == "samplesPerFrame") tail += ", " + v + " samples per frame";
+        else if (name == "latencySeek") tail += ", latency seek " + v;
+        else if (name == "seek") tail += ", seek " + v;
+        else tail += ", " + v + " " + name;
+    }
+    if (head.empty() && tail.empty()) return "";
+    return "  " + (head.empty() ? tail.substr(2) : head + tail);
+}
+
 void JsonTags(std::ostream& out, const std::vector<std::unique_ptr<SwfTag>>& tags,
               const std::vector<SwfTagLocation>& locations, uint64_t base, const std::string& indent) {
     out << "[";
@@ -50,6 +111,7 @@ void JsonTags(std::ostream& out, const std::vector<std::unique_ptr<SwfTag>>& tag
         out << (i ? "," : "") << "\n" << indent << "  {\"code\": " << t.Code() << ", \"name\": " << JsonString(SwfTagName(t.Code()))
             << ", \"offset\": " << base + loc.offset << ", \"length\": " << loc.bodyLength;
         if (t.HasId()) out << ", \"id\": " << t.GetId();
+        for (const auto& [name, value] : SoundFields(t)) out << ", " << JsonString(name) << ": " << (name == "format" ? JsonString(value) : value);
         if (auto* sprite = dynamic_cast<const DefineSpriteTag*>(&t)) {
             out << ", \"frameCount\": " << sprite->FrameCount() << ", \"tags\": ";
             JsonTags(out, sprite->Tags(), sprite->Locations(), base + loc.offset + loc.headerLength, indent + "  ");
@@ -70,6 +132,7 @@ void TextTags(std::ostream& out, const std::vector<std::unique_ptr<SwfTag>>& tag
              << base + loc.offset;
         if (t.HasId()) line << "  id " << t.GetId();
         if (auto* sprite = dynamic_cast<const DefineSpriteTag*>(&t)) line << "  frames " << sprite->FrameCount();
+        line << SoundText(t);
         out << line.str() << "\n";
         if (auto* sprite = dynamic_cast<const DefineSpriteTag*>(&t))
             TextTags(out, sprite->Tags(), sprite->Locations(), base + loc.offset + loc.headerLength, level + 1);
@@ -115,6 +178,14 @@ int RunInfo(const std::vector<std::string>& args) {
               << "tags: " << reader.Tags().size() << "\n"
               << "code  name                     length     offset\n";
     TextTags(std::cout, reader.Tags(), reader.Locations(), 0, 0);
+    // The main timeline's stream in all.
+    uint64_t blocks = 0, samples = 0;
+    for (const auto& t : reader.Tags())
+        if (auto* b = dynamic_cast<const SoundStreamBlockTag*>(t.get())) {
+            ++blocks;
+            if (b->data.size() >= 4) samples += static_cast<uint16_t>(b->data[0] | b->data[1] << 8);
+        }
+    if (blocks) std::cout << "sound stream: " << blocks << " blocks, " << samples << " samples\n";
     return kExitOk;
 }
 

@@ -34,6 +34,7 @@ struct LameApi {
     decltype(&lame_set_bWriteVbrTag) setWriteVbrTag = nullptr;
     decltype(&lame_init_params) initParams = nullptr;
     decltype(&lame_get_framesize) getFrameSize = nullptr;
+    decltype(&lame_get_encoder_delay) getEncoderDelay = nullptr;
     decltype(&lame_encode_buffer_interleaved) encodeInterleaved = nullptr;
     decltype(&lame_encode_buffer) encodeMono = nullptr;
     decltype(&lame_encode_flush) flush = nullptr;
@@ -86,6 +87,7 @@ const LoadedLibrary& Library() {
     resolve(a.setWriteVbrTag, "lame_set_bWriteVbrTag");
     resolve(a.initParams, "lame_init_params");
     resolve(a.getFrameSize, "lame_get_framesize");
+    resolve(a.getEncoderDelay, "lame_get_encoder_delay");
     resolve(a.encodeInterleaved, "lame_encode_buffer_interleaved");
     resolve(a.encodeMono, "lame_encode_buffer");
     resolve(a.flush, "lame_encode_flush");
@@ -271,6 +273,7 @@ Mp3Result EncodeMp3(SoundFormat& format, const std::string& pcmPath, ProgressSin
     cleanUp();
     result.ok = true;
     result.samplesIn = total / (2ull * static_cast<uint64_t>(channels));
+    result.leadSamples = static_cast<uint32_t>(std::max(0, lame.getEncoderDelay(gfp.get()))) + kMp3DecoderDelay;
     return result;
 }
 

@@ -63,7 +63,13 @@ struct Mp3Result {
     int error = kMp3Ok;
     std::string message;
     uint64_t samplesIn = 0;  // frames of PCM encoded (per channel)
+    // Samples a decoder puts out before the sound begins: LAME's encoder
+    // delay and the decoder's own (1105 in all at every rate).
+    uint32_t leadSamples = 0;
 };
+
+// The delay of the standard layer III decoder (its synthesis filter bank).
+constexpr uint32_t kMp3DecoderDelay = 529;
 
 // Loads the library on first use (per library path); kMp3Ok, kMp3NoLibrary
 // or kMp3NoEntryPoint, with `message` saying which.

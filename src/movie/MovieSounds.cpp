@@ -26,12 +26,19 @@ int32_t MovieRate(int32_t rate) {
     return 11025;
 }
 
-const SoundClip* FirstClip(const SlideSound& sound) {
+// The first sync sound of a list that plays (null when none).
+const SoundClip* FirstSyncClip(const SlideSound& sound) {
     if (!sound.hasSound()) return nullptr;
     for (const SoundClip& clip : sound.sounds)
-        if (!clip.src.empty()) return &clip;
+        if (!clip.src.empty() && clip.sync) return &clip;
     return nullptr;
 }
+
+void PutU32(std::vector<uint8_t>& out, uint32_t v) {
+    for (int shift = 0; shift < 32; shift += 8) out.push_back(static_cast<uint8_t>(v >> shift));
+}
+
+uint32_t GetU32(const uint8_t* p) { return p[0] | p[1] << 8 | p[2] << 16 | static_cast<uint32_t>(p[3]) << 24; }
 
 void PutU16(std::vector<uint8_t>& out, uint16_t v) {
     out.push_back(static_cast<uint8_t>(v));
@@ -47,21 +54,25 @@ MovieSounds::~MovieSounds() {
     if (listener_ >= 0) writer_.RemoveFrameListener(listener_);
 }
 
-const MovieSounds::Encoded* MovieSounds::Encode(const SoundClip& clip, int32_t rate, bool stereo) {
-    const Key key{clip.src, clip.startTime, clip.playEntireSound ? 0u : clip.duration, clip.playEntireSound,
-                  rate, clip.bitRate, stereo};
+MovieSounds::Key MovieSounds::KeyOf(const SoundClip& clip, int32_t rate, bool stereo) {
+    return {clip.src, clip.startTime, clip.playEntireSound ? 0u : clip.duration, clip.playEntireSound,
+            rate, clip.bitRate, stereo};
+}
+
+MovieSounds::Encoded* MovieSounds::Encode(const SoundClip& clip, int32_t rate, bool stereo) {
+    const Key key = KeyOf(clip, rate, stereo);
     auto found = encodedSounds_.find(key);
     if (found != encodedSounds_.end()) return found->second.get();
     std::unique_ptr<Encoded>& slot = encodedSounds_[key];
     if (cancelled_) return nullptr;
 
-    // Cached as u32 sample count (little-endian) and the MP3 data. The
+    // Cached as u32 sample count, u32 lead samples (little-endian) and the MP3 data. The
     // library file is part of the key: another LAME may make other bytes.
     CacheKey cacheKey;
     bool keyed = false;
     if (cache_) {
         KeyHasher hasher;
-        hasher.Add("mp3 sound 1");
+        hasher.Add("mp3 sound 2");
         const char* library = std::getenv("QUILLET_LAME_LIBRARY");
         hasher.Add(library ? library : "");
         for (int64_t n : {int64_t{clip.startTime}, int64_t{clip.playEntireSound ? 0 : clip.duration},
@@ -70,10 +81,12 @@ const MovieSounds::Encoded* MovieSounds::Encode(const SoundClip& clip, int32_t r
         keyed = hasher.AddFile(clip.src);
         cacheKey = hasher.Key();
         std::vector<uint8_t> bytes;
-        if (keyed && cache_->Get(cacheKey, bytes) && bytes.size() > 4) {
+        if (keyed && cache_->Get(cacheKey, bytes) && bytes.size() > 8) {
             slot = std::make_unique<Encoded>();
-            slot->sampleCount = bytes[0] | bytes[1] << 8 | bytes[2] << 16 | static_cast<uint32_t>(bytes[3]) << 24;
-            slot->mp3.assign(bytes.begin() + 4, bytes.end());
+            slot->sampleCount = GetU32(bytes.data());
+            slot->leadSamples = GetU32(bytes.data() + 4);
+            slot->alsoStream = streamKeys_.count(key) > 0;
+            slot->mp3.assign(bytes.begin() + 8, bytes.end());
             slot->frames = SplitMp3Frames(slot->mp3);
             ++fromCache_;
             return slot.get();
@@ -116,10 +129,13 @@ const MovieSounds::Encoded* MovieSounds::Encode(const SoundClip& clip, int32_t r
     slot->mp3 = std::move(format.mp3);
     slot->frames = SplitMp3Frames(slot->mp3);
     slot->sampleCount = static_cast<uint32_t>(mp3.samplesIn * static_cast<uint64_t>(rate) / pcm.pcm.sampleRate);
+    slot->leadSamples = mp3.leadSamples;
+    slot->alsoStream = streamKeys_.count(key) > 0;
     if (keyed) {
         std::vector<uint8_t> bytes;
-        bytes.reserve(slot->mp3.size() + 4);
-        for (int shift = 0; shift < 32; shift += 8) bytes.push_back(static_cast<uint8_t>(slot->sampleCount >> shift));
+        bytes.reserve(slot->mp3.size() + 8);
+        PutU32(bytes, slot->sampleCount);
+        PutU32(bytes, slot->leadSamples);
         bytes.insert(bytes.end(), slot->mp3.begin(), slot->mp3.end());
         cache_->Put(cacheKey, bytes);
     }
@@ -127,7 +143,7 @@ const MovieSounds::Encoded* MovieSounds::Encode(const SoundClip& clip, int32_t r
 }
 
 uint16_t MovieSounds::Define(const SoundClip& clip) {
-    Encoded* sound = const_cast<Encoded*>(Encode(clip, MovieRate(clip.sampleRate), clip.stereo));
+    Encoded* sound = Encode(clip, MovieRate(clip.sampleRate), clip.stereo);
     if (!sound) return 0;
     if (sound->characterId) return sound->characterId;
     sound->characterId = static_cast<uint16_t>(++nextCharacterId_);
@@ -136,14 +152,16 @@ uint16_t MovieSounds::Define(const SoundClip& clip) {
     tag->rate = SwfSoundRateCode(static_cast<uint32_t>(MovieRate(clip.sampleRate)));
     tag->is16Bit = true;
     tag->stereo = clip.stereo;
-    tag->sampleCount = sound->sampleCount;
-    // The character takes the bytes (a long sound's MP3 is the largest thing
-    // an export holds); a stream use of the same sound at the same format
-    // would encode it again (rare: the same file as an event and a sync sound).
-    tag->data = std::move(sound->mp3);
-    tag->data.insert(tag->data.begin(), 2, 0);  // seek samples
-    sound->mp3 = {};
-    sound->frames.clear();
+    tag->sampleCount = sound->sampleCount;  // heard samples, after the skipped lead
+    tag->data.reserve(sound->mp3.size() + 2);
+    PutU16(tag->data, static_cast<uint16_t>(std::min<uint32_t>(sound->leadSamples, 32767)));  // seek samples
+    tag->data.insert(tag->data.end(), sound->mp3.begin(), sound->mp3.end());
+    // The character holds the bytes from now on (a long sound's MP3 is the
+    // largest thing an export holds), unless the stream needs them too.
+    if (!sound->alsoStream) {
+        sound->mp3 = {};
+        sound->frames = {};
+    }
     writer_.AddTag(std::move(tag));
     return sound->characterId;
 }
@@ -164,62 +182,107 @@ void MovieSounds::Stop(uint16_t id) {
 }
 
 void MovieSounds::StartShow(const SlideShow& show) {
-    for (const auto& slide : show.slides()) {
-        const SoundClip* clip = FirstClip(slide->sound);
-        if (clip && clip->sync) {
-            hasStream_ = true;
-            streamRate_ = MovieRate(clip->sampleRate);
-            streamStereo_ = clip->stereo;
-            break;
+    // The slides' sync sounds are the stream; without any, the background's are.
+    Track* holder = nullptr;
+    const SoundClip* first = nullptr;
+    for (const auto& slide : show.slides())
+        if ((first = FirstSyncClip(slide->sound))) break;
+    if (first) holder = &slides_;
+    else if ((first = FirstSyncClip(show.sound))) holder = &background_;
+    if (holder) {
+        holder->holdsStream = hasStream_ = true;
+        streamRate_ = MovieRate(first->sampleRate);
+        streamStereo_ = first->stereo;
+        auto addKeys = [this](const SlideSound& sound) {
+            if (!sound.hasSound()) return;
+            for (const SoundClip& clip : sound.sounds)
+                if (!clip.src.empty() && clip.sync) streamKeys_.insert(KeyOf(clip, streamRate_, streamStereo_));
+        };
+        if (holder == &background_) {
+            addKeys(show.sound);
+        } else {
+            for (const auto& slide : show.slides()) addKeys(slide->sound);
         }
-    }
-    if (hasStream_) {
         auto head = std::make_unique<SoundStreamHeadTag>();
         head->playbackRate = head->streamRate = SwfSoundRateCode(static_cast<uint32_t>(streamRate_));
         head->playbackStereo = head->streamStereo = streamStereo_;
         head->streamFormat = SwfSoundFormat::Mp3;
         head->samplesPerBlock = static_cast<uint16_t>(std::lround(streamRate_ / writer_.FrameRate()));
         writer_.AddTag(std::move(head));
-        listener_ = writer_.AddFrameListener([this](uint16_t index) { OnFrame(index); });
     }
-    const SoundClip* clip = FirstClip(show.sound);
-    if (!clip) return;
-    background_ = Define(*clip);
-    if (background_) Start(background_, clip->loop);
+    listener_ = writer_.AddFrameListener([this](uint16_t index) { OnFrame(index); });
+    if (show.sound.hasSound()) Schedule(background_, show.sound);
 }
 
 uint32_t MovieSounds::MaxCharacters(const SlideShow& show) {
-    uint32_t count = FirstClip(show.sound) ? 1 : 0;
-    for (const auto& slide : show.slides())
-        if (const SoundClip* clip = FirstClip(slide->sound); clip && !clip->sync) ++count;
-    return count;
+    auto count = [](const SlideSound& sound) {
+        uint32_t n = 0;
+        if (sound.hasSound())
+            for (const SoundClip& clip : sound.sounds) n += clip.src.empty() ? 0 : 1;
+        return n;
+    };
+    uint32_t total = count(show.sound);
+    for (const auto& slide : show.slides()) total += count(slide->sound);
+    return total;
 }
 
-void MovieSounds::StopSlideSound() {
-    if (slideSound_) Stop(slideSound_);
-    slideSound_ = 0;
-    stream_ = nullptr;
+void MovieSounds::Schedule(Track& track, const SlideSound& sound) {
+    const uint32_t first = writer_.TotalFrames();
+    const double fps = writer_.FrameRate();
+    double at = 0;  // seconds after the list's first frame
+    for (const SoundClip& clip : sound.sounds) {
+        if (clip.src.empty()) continue;
+        const bool stream = track.holdsStream && clip.sync;
+        const int32_t rate = stream ? streamRate_ : MovieRate(clip.sampleRate);
+        const Encoded* encoded = Encode(clip, rate, stream ? streamStereo_ : clip.stereo);
+        if (cancelled_) return;
+        if (!encoded) continue;
+        // A hundredth of a frame of slack, so a length of whole frames does not round up.
+        track.cues.push_back({clip, first + static_cast<uint32_t>(std::max(0.0, std::ceil(at * fps - 0.01)))});
+        if (clip.loop) break;
+        at += encoded->sampleCount / static_cast<double>(rate);
+    }
+    RunCues(track, first);
+}
+
+void MovieSounds::RunCues(Track& track, uint32_t frame) {
+    while (!track.cues.empty() && track.cues.front().frame <= frame) {
+        const SoundClip clip = std::move(track.cues.front().clip);
+        track.cues.pop_front();
+        if (track.holdsStream && clip.sync) {
+            const Encoded* sound = Encode(clip, streamRate_, streamStereo_);
+            if (!sound || sound->frames.empty()) continue;
+            stream_ = sound;
+            streamLoop_ = clip.loop;
+            streamStartFrame_ = frame;
+            streamNext_ = 0;
+            streamSent_ = 0;
+        } else if (const uint16_t id = Define(clip)) {
+            Start(id, clip.loop);
+            if (std::find(track.started.begin(), track.started.end(), id) == track.started.end())
+                track.started.push_back(id);
+        }
+    }
+}
+
+void MovieSounds::StopTrack(Track& track) {
+    for (uint16_t id : track.started) Stop(id);
+    track.started.clear();
+    track.cues.clear();
+    if (track.holdsStream) stream_ = nullptr;
 }
 
 void MovieSounds::StartSlide(const SlideSound& sound) {
-    const SoundClip* clip = FirstClip(sound);
-    if (clip || !slideSoundGoesOn_) StopSlideSound();
-    if (!clip) return;
+    const bool has = sound.hasSound();
+    if (has || !slideSoundGoesOn_) StopTrack(slides_);
+    if (!has) return;
     slideSoundGoesOn_ = sound.playUntilNextSound;
-    if (clip->sync && hasStream_) {
-        stream_ = Encode(*clip, streamRate_, streamStereo_);
-        if (stream_ && stream_->frames.empty()) stream_ = nullptr;
-        streamLoop_ = clip->loop;
-        streamStartFrame_ = writer_.TotalFrames();
-        streamNext_ = 0;
-        streamSent_ = 0;
-        return;
-    }
-    slideSound_ = Define(*clip);
-    if (slideSound_) Start(slideSound_, clip->loop);
+    Schedule(slides_, sound);
 }
 
 void MovieSounds::OnFrame(uint16_t index) {
+    RunCues(background_, index);
+    RunCues(slides_, index);
     if (!stream_ || index < streamStartFrame_) return;
     // Samples due by the start and the end of this movie frame.
     const double perFrame = streamRate_ / static_cast<double>(writer_.FrameRate());
@@ -258,9 +321,8 @@ void MovieSounds::OnFrame(uint16_t index) {
 }
 
 void MovieSounds::EndShow() {
-    StopSlideSound();
-    if (background_) Stop(background_);
-    background_ = 0;
+    StopTrack(slides_);
+    StopTrack(background_);
 }
 
 }  // namespace quillet

@@ -5,6 +5,7 @@
 // Usage:
 //   node tests/e2e/lib/ruffle-shoot.mjs --movie M.swf --size 320x240 --times 120,210,450 \
 //        [--probe X,Y]... [--out DIR] [--name NAME] [--wallclock] [--network] [--timeout-ms 60000]
+//        [--watch X,Y]...
 //
 //   --movie     the movie to play
 //   --size      the stage in pixels (the viewport, device pixel ratio 1)
@@ -18,13 +19,17 @@
 //   --wallclock real time instead of the virtual animation clock (movies paced by stream
 //               sound); expect +-1 frame then
 //   --settle-ms real time to wait after loading, with the virtual clock stopped (default 200)
+//   --watch     with --wallclock: a pixel read after every frame the player draws
+//               (repeatable); each change of its colour is written with its real time
 //   --click     T or T@X,Y: a mouse click at movie time T (ms), at X,Y (default the middle
 //               of the stage), after the screenshot of that time if there is one (repeatable)
 //
 // Writes:
 //   OUT/NAME-<time>ms.png  one screenshot per time
 //   OUT/NAME.json          {"movie", "size", "shots": [{"time", "png", "pixels": {"X,Y": [r,g,b,a]}}],
-//                           "errors": [...], "console": [...]}
+//                           "errors": [...], "console": [...],
+//                           "watch": {"X,Y": [[time, [r,g,b,a]], ...]}}  (with --watch; times in ms
+//                           after `loadedmetadata`, the first entry the first frame drawn)
 //   "errors" holds Ruffle's own error lines (logged through console.log with an
 //   "ERROR" level prefix), console.error messages, page errors and failed requests.
 // Exit status: 0 when every shot was taken (errors are for the caller to judge),
@@ -62,7 +67,7 @@ function usage(message) {
 }
 
 function parseArgs(argv) {
-  const opts = { probes: [], clicks: [], wallclock: false, network: false, timeoutMs: 60000, settleMs: 200 };
+  const opts = { probes: [], clicks: [], watches: [], wallclock: false, network: false, timeoutMs: 60000, settleMs: 200 };
   for (let i = 0; i < argv.length; i++) {
     const a = argv[i];
     const next = () => {
@@ -74,6 +79,7 @@ function parseArgs(argv) {
     else if (a === "--times") opts.times = next();
     else if (a === "--probe") opts.probes.push(next());
     else if (a === "--click") opts.clicks.push(next());
+    else if (a === "--watch") opts.watches.push(next());
     else if (a === "--out") opts.out = next();
     else if (a === "--name") opts.name = next();
     else if (a === "--wallclock") opts.wallclock = true;
@@ -94,6 +100,12 @@ function parseArgs(argv) {
     if (!q) usage(`bad probe ${p} (want X,Y)`);
     return [Number(q[1]), Number(q[2])];
   });
+  opts.watchList = opts.watches.map((p) => {
+    const q = /^(\d+),(\d+)$/.exec(p);
+    if (!q) usage(`bad watch ${p} (want X,Y)`);
+    return [Number(q[1]), Number(q[2])];
+  });
+  if (opts.watchList.length && !opts.wallclock) usage("--watch needs --wallclock");
   opts.clickList = opts.clicks.map((c) => {
     const q = /^(\d+)(?:@(\d+),(\d+))?$/.exec(c);
     if (!q) usage(`bad click ${c} (want T or T@X,Y)`);
@@ -157,6 +169,39 @@ const FRAME_DRIVER = `(() => {
   };
 })();`;
 
+// On the real clock: after each animation frame, reads the watched pixels from
+// the player's canvas (which still holds what it drew in that task; a turn without
+// drawing reads as cleared and is skipped) and notes every change of colour with
+// its time after `loadedmetadata`.
+const PIXEL_WATCH = (points) => `(() => {
+  const points = ${JSON.stringify(points)};
+  const changes = {};
+  for (const [x, y] of points) changes[x + "," + y] = [];
+  window.__quilletWatch = changes;
+  let scratch = null;
+  const realRaf = window.requestAnimationFrame.bind(window);
+  const sample = () => {
+    const canvas = document.getElementById("stage")?.shadowRoot?.querySelector("canvas");
+    if (!canvas || !canvas.width || window.__loadedAt === undefined) return;
+    scratch = scratch || new OffscreenCanvas(1, 1).getContext("2d", { willReadFrequently: true });
+    const t = Math.round(performance.now() - window.__loadedAt);
+    for (const [x, y] of points) {
+      scratch.clearRect(0, 0, 1, 1);
+      scratch.drawImage(canvas, x, y, 1, 1, 0, 0, 1, 1);
+      const d = Array.from(scratch.getImageData(0, 0, 1, 1).data);
+      // A turn in which the player drew nothing reads as cleared (alpha 0).
+      if (d[3] === 0) continue;
+      const list = changes[x + "," + y];
+      const last = list.length ? list[list.length - 1][1] : null;
+      if (!last || last.some((v, i) => v !== d[i])) list.push([t, d]);
+    }
+  };
+  window.requestAnimationFrame = (callback) => realRaf((time) => {
+    callback(time);
+    try { sample(); } catch (e) { console.error("watch: " + e); }
+  });
+})();`;
+
 const MIME = {
   ".js": "text/javascript",
   ".wasm": "application/wasm",
@@ -189,7 +234,7 @@ window.addEventListener("DOMContentLoaded", () => {
   player.id = "stage";
   player.style.width = "${width}px";
   player.style.height = "${height}px";
-  player.addEventListener("loadedmetadata", () => window.__resolveLoaded(true));
+  player.addEventListener("loadedmetadata", () => { window.__loadedAt = performance.now(); window.__resolveLoaded(true); });
   document.body.appendChild(player);
   player.ruffle().load({ url: "/movie.swf" }).catch((e) => window.__rejectLoaded(String(e)));
 });
@@ -287,6 +332,7 @@ async function main() {
     pg.on("pageerror", (e) => errors.push(`page error: ${e.message}`));
     pg.on("requestfailed", (r) => errors.push(`request failed: ${r.url()}`));
     if (!opts.wallclock) await pg.addInitScript(FRAME_DRIVER);
+    if (opts.watchList.length) await pg.addInitScript(PIXEL_WATCH(opts.watchList));
     await pg.goto(`http://127.0.0.1:${port}/`);
     const loaded = await Promise.race([
       pg.evaluate(() => window.__loaded),
@@ -326,10 +372,11 @@ async function main() {
       await writeFile(file, png);
       shots.push({ time, png: file, pixels: await probe(pg, png, opts.probeList) });
     }
+    const watch = opts.watchList.length ? await pg.evaluate(() => window.__quilletWatch) : undefined;
     await context.close();
     for (const m of missing) errors.push(`not found: ${m}`);
     await writeFile(path.join(opts.out, `${opts.name}.json`), JSON.stringify({
-      movie: path.resolve(opts.movie), size: [opts.width, opts.height], shots, errors, console: consoleLines,
+      movie: path.resolve(opts.movie), size: [opts.width, opts.height], shots, errors, console: consoleLines, watch,
     }, null, 1));
   } catch (e) {
     status = 1;
