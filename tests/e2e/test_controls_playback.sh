@@ -109,11 +109,18 @@ echo "mute: the icon changes in $on_off pixels when muted, $on_on after unmuting
 
 # The preloader: its first frame shows the empty bar and the text, the next
 # the full bar (Ruffle has the whole movie before it plays, so it reads 100 %
-# at once), then the show starts. An imported preloader's frame comes first
-# (here a control set's movie: its round button at the top-left corner).
+# at once), then the show starts. The same movie made to load at half its
+# size a second (slow_load.py) fills its bar step by step and starts the show
+# once half of it is in (a second after the start), not before. An imported
+# preloader's frame comes first (here a control set's movie: its round
+# button at the top-left corner).
 make_show preload '--preloader' "$work/red.png $work/lime.png"
 "$QUILLET" export "$work/preload.qpj" -o "$work/preload.swf" >/dev/null
 shoot preload 100,180,600 --probe 200,120
+sed -i 's/preload_amount="[0-9]*"/preload_amount="50"/' "$work/preload.qpj"
+"$QUILLET" export "$work/preload.qpj" -o "$work/half.swf" >/dev/null
+/usr/bin/python3 "$lib/slow_load.py" "$work/half.swf" "$work/slow.swf" $(( $(stat -c %s "$work/half.swf") / 2000 ))
+shoot slow 500,900,1500 --probe 90,120 --probe 200,120
 make_show imported "--preloader-import \"$(dirname "$QUILLET")/Controls/Round Play.swf\"" "$work/red.png"
 "$QUILLET" export "$work/imported.qpj" -o "$work/imported.swf" >/dev/null
 shoot imported 100,600 --probe 8,20
@@ -125,19 +132,26 @@ def pixels(name):
     return {s["time"]: s["pixels"] for s in result["shots"]}
 def near(px, rgb):
     return all(abs(a - b) <= 8 for a, b in zip(px, rgb))
+grey, white, red = (64, 64, 64), (255, 255, 255), (255, 0, 0)
 p = pixels("preload")
-seen = {t: p[t]["200,120"][:3] for t in p}
-print(f"preload: bar at 200,120: {seen}")
-assert near(p[100]["200,120"], (64, 64, 64)), "the empty bar"
-assert near(p[180]["200,120"], (255, 255, 255)), "the full bar in the text colour"
-assert near(p[600]["160,120"], (255, 0, 0)), "the show after the preloader"
+print(f"preload: bar at 200,120: {[p[t]['200,120'][:3] for t in sorted(p)]}")
+assert near(p[100]["200,120"], grey), "the empty bar"
+assert near(p[180]["200,120"], white), "the full bar in the text colour"
+assert near(p[600]["160,120"], red), "the show after the preloader"
+s = pixels("slow")
+print(f"slow: bar at 90,120 / 200,120: {[(s[t]['90,120'][:3], s[t]['200,120'][:3]) for t in sorted(s)]}")
+for t in (500, 900):
+    assert near(s[t]["90,120"], white) and near(s[t]["200,120"], grey), f"a part-filled bar at {t} ms"
+assert near(s[1500]["160,120"], red), "the show once half is in"
 i = pixels("imported")
 print(f"imported: corner {i[100]['8,20'][:3]} then {i[600]['8,20'][:3]}")
 assert near(i[100]["8,20"], (26, 78, 155)), "the imported preloader's frame (its panel over the black stage)"
-assert near(i[600]["8,20"], (255, 0, 0)), "the show after it"
+assert near(i[600]["8,20"], red), "the show after it"
 PY
 cp "$work/shots/preload-100ms.png" "$artefacts/preloader-first-frame.png"
 cp "$work/shots/preload-180ms.png" "$artefacts/preloader-loaded.png"
+convert "$work/shots/slow-500ms.png" "$work/shots/slow-900ms.png" "$work/shots/slow-1500ms.png" +append \
+  "$artefacts/preloader-slow-load.png"
 
 # A preloader that cannot be read fails the export before the movie is touched.
 echo "not a movie" > "$work/broken.swf"
