@@ -132,6 +132,18 @@ private:
     std::vector<uint32_t> before_, after_;
 };
 
+class ShowSettingsCommand : public QUndoCommand {
+public:
+    ShowSettingsCommand(Document& doc, const ShowSettings& after)
+        : QUndoCommand("Slide Show Properties"), doc_(doc), before_(doc.showSettings()), after_(after) {}
+    void redo() override { doc_.applyShowSettings(after_); }
+    void undo() override { doc_.applyShowSettings(before_); }
+
+private:
+    Document& doc_;
+    ShowSettings before_, after_;
+};
+
 QList<int> sortedUnique(QList<int> rows, int count) {
     std::sort(rows.begin(), rows.end());
     rows.erase(std::unique(rows.begin(), rows.end()), rows.end());
@@ -254,6 +266,27 @@ void Document::randomiseTransitions() {
 void Document::setDuration(QList<int> rows, uint32_t ms) {
     rows = sortedUnique(std::move(rows), show_.count());
     if (!rows.isEmpty()) undo_.push(new DurationCommand(*this, rows, ms));
+}
+
+ShowSettings Document::showSettings() const { return {show_.width(), show_.height(), show_.fps, show_.bgColor}; }
+
+void Document::setShowSettings(const ShowSettings& settings) {
+    if (settings != showSettings()) undo_.push(new ShowSettingsCommand(*this, settings));
+}
+
+void Document::applyShowSettings(const ShowSettings& s) {
+    const bool whole = show_.showBoundsLeft == 0 && show_.showBoundsTop == 0 &&
+                       show_.showBoundsRight == show_.width() && show_.showBoundsBottom == show_.height();
+    const bool resized = s.width != show_.width() || s.height != show_.height();
+    show_.setSize(s.width, s.height);
+    if (whole) {
+        show_.showBoundsRight = show_.width();
+        show_.showBoundsBottom = show_.height();
+    }
+    show_.fps = s.fps;
+    show_.bgColor = s.bgColor;
+    if (resized) show_.refitAll();
+    emit changed({});
 }
 
 QString Document::recoveryPath() {

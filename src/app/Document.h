@@ -18,6 +18,14 @@ class MissingPictureHandler;
 
 namespace quillet::app {
 
+// The show-wide settings the properties dialog edits.
+struct ShowSettings {
+    int width = 320, height = 240;
+    float fps = 12.0f;
+    uint32_t bgColor = 0;  // 0x00RRGGBB
+    bool operator==(const ShowSettings&) const = default;
+};
+
 class Document : public QObject {
     Q_OBJECT
 public:
@@ -50,6 +58,11 @@ public:
     void moveSlides(QList<int> rows, int target);
     void randomiseTransitions();
     void setDuration(QList<int> rows, uint32_t ms);
+    ShowSettings showSettings() const;
+    // A new stage size refits the slides; visible bounds that covered the
+    // whole stage keep covering it.
+    void setShowSettings(const ShowSettings& settings);
+    void applyShowSettings(const ShowSettings& settings);  // for the command
 
     // Recovery: written beside the settings file while there are unsaved
     // changes, removed on save, on a clean close and on a new document.

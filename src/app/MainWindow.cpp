@@ -3,7 +3,14 @@
 #include <QAction>
 #include <QCloseEvent>
 #include <QCoreApplication>
+#include <QColorDialog>
 #include <QDesktopServices>
+#include <QDialog>
+#include <QDialogButtonBox>
+#include <QDoubleSpinBox>
+#include <QFormLayout>
+#include <QPushButton>
+#include <QSpinBox>
 #include <QDir>
 #include <QFileInfo>
 #include <QInputDialog>
@@ -106,8 +113,7 @@ void MainWindow::buildActions() {
     QAction* saveAsA = make("Save &As...", "Save Project As", QStyle::SP_DialogSaveButton,
                             QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_S), [this] { saveAs(); });
     QAction* showPropsA = make("Slide Show &Properties...", "Slide Show Properties", QStyle::SP_FileDialogDetailedView,
-                               {}, [] {});
-    showPropsA->setEnabled(false);  // the property panels are not built yet
+                               {}, [this] { showProperties(); });
     QAction* slidePropsA = make("Slide P&roperties...", "Slide Properties", QStyle::SP_FileDialogInfoView,
                                 QKeySequence(Qt::ALT | Qt::Key_Return), [this] { slideProperties(); });
     QAction* insertA = make("&Insert Slide...", "Insert Slide", QStyle::SP_DirOpenIcon, QKeySequence(Qt::CTRL | Qt::Key_I),
@@ -336,6 +342,46 @@ void MainWindow::slideProperties() {
     const double seconds = QInputDialog::getDouble(this, "Slide Properties", "Duration (seconds):",
                                                    doc_.show().slideAt(rows.first())->duration / 1000.0, 0, 3600, 2, &ok);
     if (ok) doc_.setDuration(rows, uint32_t(seconds * 1000 + 0.5));
+}
+
+void MainWindow::showProperties() {
+    ShowSettings s = doc_.showSettings();
+    QDialog dialog(this);
+    dialog.setWindowTitle("Slide Show Properties");
+    auto* form = new QFormLayout(&dialog);
+    auto* width = new QSpinBox(&dialog);
+    auto* height = new QSpinBox(&dialog);
+    for (QSpinBox* box : {width, height}) box->setRange(1, SlideShow::kMaxStageSize);
+    width->setValue(s.width);
+    height->setValue(s.height);
+    auto* fps = new QDoubleSpinBox(&dialog);
+    fps->setRange(1, 120);
+    fps->setDecimals(1);
+    fps->setValue(s.fps);
+    auto* colour = new QPushButton(&dialog);
+    auto paint = [colour, &s] {
+        colour->setText(QColor(QRgb(s.bgColor)).name());
+        colour->setStyleSheet("background:" + QColor(QRgb(s.bgColor)).name());
+    };
+    paint();
+    connect(colour, &QPushButton::clicked, &dialog, [&] {
+        const QColor chosen = QColorDialog::getColor(QColor(QRgb(s.bgColor)), &dialog, "Background colour");
+        if (chosen.isValid()) s.bgColor = chosen.rgb() & 0xFFFFFF;
+        paint();
+    });
+    form->addRow("Stage width:", width);
+    form->addRow("Stage height:", height);
+    form->addRow("Frames per second:", fps);
+    form->addRow("Background colour:", colour);
+    auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, &dialog);
+    form->addRow(buttons);
+    connect(buttons, &QDialogButtonBox::accepted, &dialog, &QDialog::accept);
+    connect(buttons, &QDialogButtonBox::rejected, &dialog, &QDialog::reject);
+    if (dialog.exec() != QDialog::Accepted) return;
+    s.width = width->value();
+    s.height = height->value();
+    s.fps = float(fps->value());
+    doc_.setShowSettings(s);
 }
 
 void MainWindow::exportShow() {

@@ -72,6 +72,7 @@ private:
     bool saveAs();
     void insertImages();
     void slideProperties();
+    void showProperties();
     void exportShow();
     void publishShow();
     void help();

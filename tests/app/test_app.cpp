@@ -142,6 +142,7 @@ private slots:
             {"duplicate", [&] { w.selectRows({3}); w.duplicateSelected(); }},
             {"delete two", [&] { w.selectRows({0, 2}); QTest::keyClick(w.slideList(), Qt::Key_Delete); }},
             {"randomise transitions", [&] { w.document().randomiseTransitions(); }},
+            {"stage size", [&] { w.document().setShowSettings({800, 600, 25.0f, 0x336699}); }},
         };
         QStringList texts{text(w)};
         for (const auto& [name, step] : steps) {
