@@ -25,8 +25,6 @@ public:
     // Removes the effect shown, if any.
     void Remove(MovieContext& ctx);
 
-    size_t DefinedCount() const { return defined_.size(); }
-
 private:
     std::vector<std::unique_ptr<OverlayEffect>> defined_;
     uint16_t shownDepth_ = 0;
