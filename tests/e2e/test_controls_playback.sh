@@ -196,10 +196,20 @@ grep -q "No control templates were found. Please make sure the program was insta
   { echo "unexpected message:"; cat "$work/bare.err"; exit 1; }
 [ ! -e "$work/bare.swf" ] || { echo "a movie was written"; exit 1; }
 
-# An outside reader agrees with ours on movies with both kinds of controls.
-for n in pause first_last mute preload imported; do
+# An outside reader agrees with ours on movies with both kinds of controls,
+# and a movie with a preloader and both sets copied in still numbers its
+# characters 1..N.
+make_show all '--preloader --controls "Silver Full" --mute-control "Speaker Round"' "$work/red.png $work/lime.png"
+"$QUILLET" export "$work/all.qpj" -o "$work/all.swf" >/dev/null
+for n in pause first_last mute preload imported all; do
   "$QUILLET" info --json "$work/$n.swf" > "$work/$n.json"
   /usr/bin/python3 "$lib/yaswfp_compare.py" "$work/$n.swf" "$work/$n.json"
 done
+/usr/bin/python3 - "$work/all.json" <<'PY'
+import json, sys
+tags = json.load(open(sys.argv[1]))["tags"]
+ids = [t["id"] for t in tags if t["name"].startswith("Define") and t["code"] not in (13, 17, 23, 62)]
+assert sorted(ids) == list(range(1, len(ids) + 1)), f"ids are not 1..{len(ids)}: {sorted(ids)}"
+PY
 
 echo "controls playback: ok"
