@@ -7,6 +7,7 @@
 #include <QTcpServer>
 #include <QTcpSocket>
 #include <QVBoxLayout>
+#include <QWebEngineSettings>
 #include <QWebEngineView>
 
 #include "app/Prompts.h"
@@ -107,6 +108,8 @@ PreviewWindow::PreviewWindow(QWidget* parent) : QWidget(parent, Qt::Window), vie
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(view_);
+    // The show's music starts with the movie, without a click first.
+    view_->settings()->setAttribute(QWebEngineSettings::PlaybackRequiresUserGesture, false);
     connect(view_, &QWebEngineView::loadFinished, this, [this](bool ok) { loaded_ = ok; });
 }
 
