@@ -11,7 +11,7 @@ APT_PACKAGES=(
   libmagick++-6.q16-dev imagemagick
   libfreetype-dev libfontconfig-dev fonts-dejavu-core
   libsndfile1-dev libmp3lame-dev libmp3lame0
-  python3 python3-yaswfp libjpeg-turbo-progs libxml2-utils macutils ffmpeg sox
+  python3 python3-yaswfp libjpeg-turbo-progs libxml2-utils macutils ffmpeg sox espeak-ng
   libimage-exiftool-perl mate-backgrounds
   chromium
   dpkg-dev desktop-file-utils librsvg2-bin   # the Debian package, its desktop entry check, icon sizes
