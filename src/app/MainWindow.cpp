@@ -173,8 +173,9 @@ void MainWindow::buildActions() {
     QToolBar* bar = addToolBar("Commands");
     bar->setObjectName("commands");
     bar->addActions({newA, openA, saveA, showPropsA, slidePropsA, insertA, blankA, deleteA, previewA, exportA, helpA});
-    // Shortcuts work while the list has the focus.
-    list_->addActions({deleteA, upA, downA, dupA});
+    // The list's context menu; its shortcuts work while the list has the focus.
+    list_->setContextMenuPolicy(Qt::ActionsContextMenu);
+    list_->addActions({slidePropsA, previewFromA, dupA, deleteA, upA, downA});
     refreshRecent();
 }
 
@@ -496,7 +497,10 @@ void MainWindow::help() {
 }
 
 void MainWindow::writeRecoveryNow() {
-    if (!doc_.modified()) return;
+    if (!doc_.modified()) {  // saved, or undone back to the saved state
+        Document::removeRecovery();
+        return;
+    }
     QString error;
     if (!doc_.writeRecovery(&error)) statusBar()->showMessage("Recovery file not written: " + error, 10000);
 }

@@ -139,6 +139,13 @@ private slots:
                  QVERIFY(m->dropMimeData(data.get(), Qt::CopyAction, 0, 0, {}));
                  QCoreApplication::processEvents();
              }},
+            {"drop a picture from outside on the second row", [&] {
+                 QMimeData data;
+                 data.setUrls({QUrl::fromLocalFile(green_)});
+                 QVERIFY(w.slideModel()->dropMimeData(&data, Qt::CopyAction, -1, 0, w.slideModel()->index(1)));
+                 QCoreApplication::processEvents();
+                 QCOMPARE(sources(w).at(1), QString("green.jpg"));
+             }},
             {"duplicate", [&] { w.selectRows({3}); w.duplicateSelected(); }},
             {"delete two", [&] { w.selectRows({0, 2}); QTest::keyClick(w.slideList(), Qt::Key_Delete); }},
             {"randomise transitions", [&] { w.document().randomiseTransitions(); }},
@@ -151,7 +158,7 @@ private slots:
             texts << text(w);
             QVERIFY2(texts.last() != texts[texts.size() - 2], name);
         }
-        QCOMPARE(sources(w), QStringList({"", "red.jpg", "red.jpg", "green.jpg"}));
+        QCOMPARE(sources(w), QStringList({"green.jpg", "red.jpg", "red.jpg", "red.jpg", "green.jpg"}));
         QCOMPARE(w.statusText(), QString::fromStdString(w.document().show().statusText()));
         QVERIFY(w.windowTitle().startsWith("Quillet: Untitled"));
         QUndoStack& undo = w.document().undoStack();
