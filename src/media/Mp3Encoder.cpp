@@ -263,6 +263,8 @@ Mp3Result EncodeMp3(SoundFormat& format, const std::string& pcmPath, ProgressSin
             cleanUp();
             return failed("cannot read " + mp3Path);
         }
+        format.mp3.clear();
+        format.mp3.reserve(static_cast<size_t>(length) + kMp3SpareCapacity);
         format.mp3.resize(static_cast<size_t>(length));
         if (std::fread(format.mp3.data(), 1, format.mp3.size(), back.get()) != format.mp3.size()) {
             format.mp3.clear();

@@ -28,8 +28,12 @@ struct SoundFormat {
     int inRate = 44100;
     int inChannels = 2;
     int outRate = 44100;
-    std::vector<uint8_t> mp3;  // the encoded data, after encoding
+    std::vector<uint8_t> mp3;  // the encoded data, after encoding (see kMp3SpareCapacity)
 };
+
+// The encoded data comes with this much spare capacity, so that a caller can
+// put a small header in front of a long sound without a second copy of it.
+constexpr size_t kMp3SpareCapacity = 8;
 
 // The encoder's configuration record (the fields LAME is set up from).
 struct Mp3EncoderConfig {

@@ -34,8 +34,11 @@ const SoundClip* FirstSyncClip(const SlideSound& sound) {
     return nullptr;
 }
 
-void PutU32(std::vector<uint8_t>& out, uint32_t v) {
-    for (int shift = 0; shift < 32; shift += 8) out.push_back(static_cast<uint8_t>(v >> shift));
+// The MP3 frames of a cache entry, their offsets counted from its start.
+std::vector<Mp3Frame> SplitFrames(const std::vector<uint8_t>& entry, size_t head) {
+    std::vector<Mp3Frame> frames = SplitMp3Frames(std::span<const uint8_t>(entry).subspan(head));
+    for (Mp3Frame& f : frames) f.offset += head;
+    return frames;
 }
 
 uint32_t GetU32(const uint8_t* p) { return p[0] | p[1] << 8 | p[2] << 16 | static_cast<uint32_t>(p[3]) << 24; }
@@ -66,8 +69,7 @@ MovieSounds::Encoded* MovieSounds::Encode(const SoundClip& clip, int32_t rate, b
     std::unique_ptr<Encoded>& slot = encodedSounds_[key];
     if (cancelled_) return nullptr;
 
-    // Cached as u32 sample count, u32 lead samples (little-endian) and the MP3 data. The
-    // library file is part of the key: another LAME may make other bytes.
+    // The library file is part of the cache key: another LAME may make other bytes.
     CacheKey cacheKey;
     bool keyed = false;
     if (cache_) {
@@ -81,13 +83,13 @@ MovieSounds::Encoded* MovieSounds::Encode(const SoundClip& clip, int32_t rate, b
         keyed = hasher.AddFile(clip.src);
         cacheKey = hasher.Key();
         std::vector<uint8_t> bytes;
-        if (keyed && cache_->Get(cacheKey, bytes) && bytes.size() > 8) {
+        if (keyed && cache_->Get(cacheKey, bytes) && bytes.size() > kEntryHead) {
             slot = std::make_unique<Encoded>();
-            slot->sampleCount = GetU32(bytes.data());
-            slot->leadSamples = GetU32(bytes.data() + 4);
+            slot->entry = std::move(bytes);
+            slot->sampleCount = GetU32(slot->entry.data());
+            slot->leadSamples = GetU32(slot->entry.data() + 4);
             slot->alsoStream = streamKeys_.count(key) > 0;
-            slot->mp3.assign(bytes.begin() + 8, bytes.end());
-            slot->frames = SplitMp3Frames(slot->mp3);
+            slot->frames = SplitFrames(slot->entry, kEntryHead);
             ++fromCache_;
             return slot.get();
         }
@@ -126,19 +128,18 @@ MovieSounds::Encoded* MovieSounds::Encode(const SoundClip& clip, int32_t rate, b
     }
     ++encoded_;
     slot = std::make_unique<Encoded>();
-    slot->mp3 = std::move(format.mp3);
-    slot->frames = SplitMp3Frames(slot->mp3);
     slot->sampleCount = static_cast<uint32_t>(mp3.samplesIn * static_cast<uint64_t>(rate) / pcm.pcm.sampleRate);
     slot->leadSamples = mp3.leadSamples;
     slot->alsoStream = streamKeys_.count(key) > 0;
-    if (keyed) {
-        std::vector<uint8_t> bytes;
-        bytes.reserve(slot->mp3.size() + 8);
-        PutU32(bytes, slot->sampleCount);
-        PutU32(bytes, slot->leadSamples);
-        bytes.insert(bytes.end(), slot->mp3.begin(), slot->mp3.end());
-        cache_->Put(cacheKey, bytes);
+    // The encoder leaves room in front for the head: no copy of the data.
+    slot->entry = std::move(format.mp3);
+    slot->entry.insert(slot->entry.begin(), kEntryHead, 0);
+    for (int shift = 0; shift < 32; shift += 8) {
+        slot->entry[static_cast<size_t>(shift / 8)] = static_cast<uint8_t>(slot->sampleCount >> shift);
+        slot->entry[static_cast<size_t>(4 + shift / 8)] = static_cast<uint8_t>(slot->leadSamples >> shift);
     }
+    slot->frames = SplitFrames(slot->entry, kEntryHead);
+    if (keyed) cache_->Put(cacheKey, slot->entry);
     return slot.get();
 }
 
@@ -153,15 +154,23 @@ uint16_t MovieSounds::Define(const SoundClip& clip) {
     tag->is16Bit = true;
     tag->stereo = clip.stereo;
     tag->sampleCount = sound->sampleCount;  // heard samples, after the skipped lead
-    tag->data.reserve(sound->mp3.size() + 2);
-    PutU16(tag->data, static_cast<uint16_t>(std::min<uint32_t>(sound->leadSamples, 32767)));  // seek samples
-    tag->data.insert(tag->data.end(), sound->mp3.begin(), sound->mp3.end());
-    // The character holds the bytes from now on (a long sound's MP3 is the
-    // largest thing an export holds), unless the stream needs them too.
-    if (!sound->alsoStream) {
-        sound->mp3 = {};
+    // The data is the seek samples (skipping the lead) and the MP3 frames. The
+    // character takes the entry's bytes over, its head cut to those two bytes
+    // (a long sound's MP3 is the largest thing an export holds), unless the
+    // stream needs them too.
+    const auto seek = static_cast<uint16_t>(std::min<uint32_t>(sound->leadSamples, 32767));
+    constexpr auto kCut = static_cast<std::ptrdiff_t>(kEntryHead - 2);
+    if (sound->alsoStream) {
+        tag->data.reserve(sound->entry.size() - kCut);
+        tag->data.assign(sound->entry.begin() + kCut, sound->entry.end());
+    } else {
+        tag->data = std::move(sound->entry);
+        tag->data.erase(tag->data.begin(), tag->data.begin() + kCut);
+        sound->entry = {};
         sound->frames = {};
     }
+    tag->data[0] = static_cast<uint8_t>(seek);
+    tag->data[1] = static_cast<uint8_t>(seek >> 8);
     writer_.AddTag(std::move(tag));
     return sound->characterId;
 }
@@ -301,8 +310,8 @@ void MovieSounds::OnFrame(uint16_t index) {
             streamNext_ = 0;
         }
         const Mp3Frame& f = frames[streamNext_++];
-        block.insert(block.end(), stream_->mp3.begin() + static_cast<std::ptrdiff_t>(f.offset),
-                     stream_->mp3.begin() + static_cast<std::ptrdiff_t>(f.offset + f.length));
+        block.insert(block.end(), stream_->entry.begin() + static_cast<std::ptrdiff_t>(f.offset),
+                     stream_->entry.begin() + static_cast<std::ptrdiff_t>(f.offset + f.length));
         samples += f.samples;
         streamSent_ += f.samples;
     }

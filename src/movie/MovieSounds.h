@@ -88,9 +88,13 @@ public:
     int SoundsFromCache() const { return fromCache_; }
 
 private:
+    // One encoded sound, held once: the cache entry itself (u32 sample count,
+    // u32 lead samples, little-endian, then the MP3 data) until its character
+    // takes the bytes over.
+    static constexpr size_t kEntryHead = 8;
     struct Encoded {
-        std::vector<uint8_t> mp3;
-        std::vector<Mp3Frame> frames;
+        std::vector<uint8_t> entry;
+        std::vector<Mp3Frame> frames;  // offsets within `entry`
         uint32_t sampleCount = 0;  // per channel, at the output rate
         uint32_t leadSamples = 0;  // decoder output before the sound begins
         uint16_t characterId = 0;  // event sounds: the DefineSound

@@ -3,6 +3,14 @@
 
 namespace quillet {
 
+size_t DefineSoundTag::Write(SwfStream& out) {
+    const uint32_t before = out.Size();
+    out.Align();
+    WriteHeader(out, static_cast<uint32_t>(7 + data.size()), ForceLongHeader());
+    WriteBody(out);
+    return out.Size() - before;
+}
+
 void DefineSoundTag::WriteBody(SwfStream& body) const {
     body.WriteU16(id_);
     body.WriteBits(format, 4);

@@ -26,6 +26,10 @@ public:
     // The sound data; for MP3 it begins with the s16 seek-sample count.
     std::vector<uint8_t> data;
 
+    // Straight into `out`, without the body copy other tags go through: a
+    // long sound's data is tens of megabytes.
+    size_t Write(SwfStream& out) override;
+
 protected:
     void WriteBody(SwfStream& body) const override;
     void ReadBody(SwfInput& body) override;
