@@ -397,7 +397,9 @@ void MainWindow::exportShow() {
 }
 
 ExportResult MainWindow::exportTo(const QString& path) {
+    busy_ = true;
     ExportResult result = RunExport(this, doc_.show(), absolute(path), exportOptions());
+    busy_ = false;
     if (!result.ok && !result.cancelled) {
         prompts().tell(this, kCaption, kExportFailed, QString::fromStdString(result.error));
         return result;
@@ -430,7 +432,9 @@ PublishResult MainWindow::publishTo(const QString& folder) {
     options.playersFolder = s.publishPlayersPath;
     options.rufflePlayer = FindRufflePlayer();
     options.exportOptions = exportOptions();
+    busy_ = true;
     PublishResult result = RunPublish(this, settings, doc_.show(), options);
+    busy_ = false;
     for (const PublishMessage& m : result.messages)
         prompts().tell(this, QString::fromStdString(m.caption), QString::fromStdString(m.text),
                        QString::fromStdString(m.detail));
@@ -461,7 +465,9 @@ bool MainWindow::previewFrom(int from) {
         prompts().tell(this, kCaption, kPreviewFailed, QString::fromStdString(why.empty() ? "no slides" : why));
         return false;
     }
+    busy_ = true;
     const ExportResult result = RunExport(this, *show, movie, exportOptions());
+    busy_ = false;
     if (result.cancelled) return false;
     if (!result.ok) {
         prompts().tell(this, kCaption, kPreviewFailed, QString::fromStdString(result.error));
@@ -520,7 +526,8 @@ bool MainWindow::offerRecovery() {
 }
 
 void MainWindow::closeEvent(QCloseEvent* event) {
-    if (!maybeSave()) {
+    // The worker is reading the show; Cancel in the progress dialog ends it.
+    if (busy_ || !maybeSave()) {
         event->ignore();
         return;
     }

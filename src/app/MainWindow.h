@@ -89,6 +89,7 @@ private:
     QMenu* recentMenu_ = nullptr;
     PreviewWindow* preview_ = nullptr;
     QTimer recoveryTimer_;
+    bool busy_ = false;  // an export or publish run is using the show
 };
 
 }  // namespace quillet::app

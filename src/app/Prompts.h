@@ -21,7 +21,6 @@ inline constexpr const char* kImageNotFound = "The image could not be added beca
 inline constexpr const char* kNotAnImage =
     "Unable to add the slide. The file may not be a valid image file or may not be supported. Please read the "
     "help file for all supported file formats.";
-inline constexpr const char* kInsertFailed = "Unable to insert the slide.";
 inline constexpr const char* kExportFailed = "An error occurred while trying to export the slide show.";
 inline constexpr const char* kPreviewFailed = "An error occurred while trying to launch the preview.";
 inline constexpr const char* kExportingText = "Exporting SWF...";
