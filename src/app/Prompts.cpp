@@ -84,17 +84,34 @@ MissingPictureHandler::Choice Prompts::askRelocate(QWidget* parent, const QStrin
     return choice;
 }
 
+namespace {
+
+// Accepts only a folder that holds the missing file's name.
+class RelocateDialog : public QFileDialog {
+public:
+    RelocateDialog(QWidget* parent, const QString& fileName) : QFileDialog(parent, "Relocate File..."), name_(fileName) {}
+    bool holds(const QString& folder) const { return QFileInfo::exists(QDir(folder).filePath(name_)); }
+    void accept() override {
+        const QStringList chosen = selectedFiles();
+        if (!chosen.isEmpty() && holds(chosen.first())) QFileDialog::accept();
+    }
+
+private:
+    QString name_;
+};
+
+}  // namespace
+
 QString Prompts::chooseFolder(QWidget* parent, const QString& fileName) {
-    QFileDialog dialog(parent, "Relocate File...");
+    RelocateDialog dialog(parent, fileName);
     dialog.setFileMode(QFileDialog::Directory);
     dialog.setOptions(QFileDialog::ShowDirsOnly | QFileDialog::DontUseNativeDialog);
     dialog.setLabelText(QFileDialog::LookIn, "Please Relocate:");
     // OK only while the folder under the cursor holds a file of the same name.
-    auto update = [&dialog, fileName](const QString& folder) {
+    auto update = [&dialog](const QString& folder) {
         auto* box = dialog.findChild<QDialogButtonBox*>();
         if (!box) return;
-        if (QPushButton* ok = box->button(QDialogButtonBox::Open))
-            ok->setEnabled(QFileInfo::exists(QDir(folder).filePath(fileName)));
+        if (QPushButton* ok = box->button(QDialogButtonBox::Open)) ok->setEnabled(dialog.holds(folder));
     };
     QObject::connect(&dialog, &QFileDialog::currentChanged, &dialog, update);
     QObject::connect(&dialog, &QFileDialog::directoryEntered, &dialog, update);
