@@ -26,7 +26,9 @@ QImage ThumbnailLoader::thumbnail(const QString& path) {
     if (auto it = done_.constFind(path); it != done_.constEnd()) return *it;
     if (path.isEmpty() || pending_.contains(path)) return {};
     pending_.insert(path);
-    pool_.start([this, path] {
+    // The newest request first: after a scroll the rows in view come before
+    // those that were passed on the way.
+    pool_.start(QRunnable::create([this, path] {
         QImageReader reader(path);
         reader.setAutoTransform(true);
         const QSize size = reader.size();
@@ -36,7 +38,7 @@ QImage ThumbnailLoader::thumbnail(const QString& path) {
             image = image.scaled(kWidth, kHeight, Qt::KeepAspectRatio, Qt::SmoothTransformation);
         // The loader outlives its pool's tasks (its destructor waits for them).
         QMetaObject::invokeMethod(this, "deliver", Qt::QueuedConnection, Q_ARG(QString, path), Q_ARG(QImage, image));
-    });
+    }), ++requests_);
     return {};
 }
 

@@ -38,6 +38,7 @@ private:
     QThreadPool pool_;
     QHash<QString, QImage> done_;
     QSet<QString> pending_;
+    int requests_ = 0;
 };
 
 class SlideListModel : public QAbstractListModel {
