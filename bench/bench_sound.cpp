@@ -175,8 +175,12 @@ void Print(const char* name, const Figures& f) {
         std::printf("%-10s failed\n", name);
         return;
     }
-    std::printf("%-10s import %6.2f s  encode %6.2f s  total %6.2f s  MP3 %7.1f MB  peak RSS %6.1f MB\n", name,
-                f.import, f.encode, f.wall, f.mp3Mb, f.peakMb);
+    if (f.import == 0 && f.encode == 0)  // a whole export
+        std::printf("%-10s export %6.2f s                                 movie %6.1f MB  peak RSS %6.1f MB\n", name,
+                    f.wall, f.mp3Mb, f.peakMb);
+    else
+        std::printf("%-10s import %6.2f s  encode %6.2f s  total %6.2f s  MP3 %7.1f MB  peak RSS %6.1f MB\n", name,
+                    f.import, f.encode, f.wall, f.mp3Mb, f.peakMb);
 }
 
 }  // namespace
@@ -204,7 +208,7 @@ int main(int argc, char** argv) {
     Print("long show", InChild([&] {
               return ExportShow(longWav, (folder / "long.swf").string(), (folder / "cache").string(), longChannels, longRate, longBitRate);
           }));
-    std::printf("           (%.0f min, %d Hz, %d channel(s) -> %d kbit/s; the show's MP3 column is the movie's size)\n",
+    std::printf("           (%.0f min, %d Hz, %d channel(s) -> %d kbit/s)\n",
                 longMinutes, longRate, longChannels, longBitRate);
     std::error_code ec;
     fs::remove_all(folder, ec);
