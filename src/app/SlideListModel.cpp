@@ -7,6 +7,7 @@
 #include <QPainter>
 #include <QPointer>
 #include <QTimer>
+#include <QTransform>
 #include <QUrl>
 
 #include "model/Slide.h"
@@ -30,7 +31,9 @@ QImage ThumbnailLoader::thumbnail(const QString& path) {
     // those that were passed on the way.
     pool_.start(QRunnable::create([this, path] {
         QImageReader reader(path);
-        reader.setAutoTransform(true);
+        // The slide's own rotation is applied when drawn (Exif orientation
+        // reaches the slide only when the settings ask for it).
+        reader.setAutoTransform(false);
         const QSize size = reader.size();
         if (size.isValid()) reader.setScaledSize(size.scaled(kWidth, kHeight, Qt::KeepAspectRatio));
         QImage image = reader.read();
@@ -71,9 +74,17 @@ QVariant SlideListModel::data(const QModelIndex& index, int role) const {
         case ExtrasRole: return QString::fromStdString(slideRowText(*slide, index.row() + 1).extras);
         case TransitionRole: return QString::fromStdString(transitionRowText(*slide));
         case Qt::ToolTipRole: return QString::fromStdString(slide->image.src);
-        case Qt::DecorationRole:
-            if (slide->type != SlideType::Image) return {};
-            return loader_.thumbnail(QString::fromStdString(slide->image.src));
+        case Qt::DecorationRole: {
+            if (slide->type != SlideType::Image) return QColor(QRgb(show_.bgColor));  // the empty stage
+            QImage image = loader_.thumbnail(QString::fromStdString(slide->image.src));
+            // The picture as the slide shows it: flipped, then turned.
+            const SlideImage& s = slide->image;
+            if (image.width() > 1 && (s.flipHorizontal || s.flipVertical || s.rotation != 0)) {
+                image = image.mirrored(s.flipHorizontal, s.flipVertical);
+                if (s.rotation != 0) image = image.transformed(QTransform().rotate(s.rotation));
+            }
+            return image;
+        }
         default: return {};
     }
 }
@@ -145,13 +156,14 @@ void SlideRowDelegate::paint(QPainter* p, const QStyleOptionViewItem& option, co
     const QVariant decoration = index.data(Qt::DecorationRole);
     const QImage image = decoration.value<QImage>();
     if (image.width() > 1) {
-        QRect target(QPoint(), image.size());
+        const bool tooBig = image.width() > thumb.width() || image.height() > thumb.height();  // turned
+        QRect target(QPoint(), tooBig ? image.size().scaled(thumb.size(), Qt::KeepAspectRatio) : image.size());
         target.moveCenter(thumb.center());
         p->drawImage(target, image);
     } else {
-        p->fillRect(thumb, decoration.isNull() && index.data(SlideListModel::PathRole).toString() == "Path: N/A"
-                               ? QColor(0, 0, 0)
-                               : QColor(200, 200, 200));
+        // A blank slide's stage colour, or grey while the picture is read.
+        const QColor stage = decoration.value<QColor>();
+        p->fillRect(thumb, stage.isValid() ? stage : QColor(200, 200, 200));
     }
     p->setPen(option.palette.color(selected ? QPalette::HighlightedText : QPalette::Text));
     const int x = thumb.right() + 10;
