@@ -1,7 +1,5 @@
 #include "publish/RufflePage.h"
 
-#include <unistd.h>
-
 #include <cctype>
 #include <cstdio>
 #include <cstdlib>
