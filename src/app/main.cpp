@@ -3,12 +3,14 @@
 
 #include <QApplication>
 #include <QCommandLineParser>
+#include <QFileInfo>
 #include <cstdlib>
 #include <ctime>
 
 #include "app/MainWindow.h"
 #include "app/Prompts.h"
 #include "app/SlideListModel.h"
+#include "movie/ControlSets.h"
 #include "settings/AppSettings.h"
 
 namespace {
@@ -50,6 +52,13 @@ int main(int argc, char** argv) {
     if (!quillet::AppSettings::current().load(&error))
         qWarning("%s: %s", quillet::settingsFilePath().c_str(), error.c_str());
 
+    // Run from the build folder, the control sets are beside the quillet
+    // program, one folder up.
+    const QString buildSets = QFileInfo(QCoreApplication::applicationDirPath() + "/..").absoluteFilePath();
+    if (quillet::FindControlsFolder(quillet::ControlKind::Playback).empty() &&
+        qEnvironmentVariableIsEmpty("QUILLET_CONTROLS_DIR") && QFileInfo::exists(buildSets + "/Controls"))
+        qputenv("QUILLET_CONTROLS_DIR", buildSets.toUtf8());
+
     if (parser.isSet(screenshot)) {
         // For the demo and the documentation: no questions, nothing saved.
         static ConsolePrompts console;
@@ -67,6 +76,8 @@ int main(int argc, char** argv) {
 
     quillet::app::MainWindow window;
     window.show();
+    if (quillet::ListControlSets(quillet::ControlKind::Playback).empty())
+        quillet::app::prompts().tell(&window, "Quillet", quillet::kNoControlTemplates);
     const bool restored = window.offerRecovery();
     if (!restored && !parser.positionalArguments().isEmpty()) window.openFile(parser.positionalArguments().first());
     return app.exec();
