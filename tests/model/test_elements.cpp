@@ -32,18 +32,10 @@ XmlNode parse(XmlReader& reader, const std::string& text) {
 
 }  // namespace
 
-TEST(SwfDataElement, WrittenFormAndDefaults) {
+// The full layout of these elements is checked byte for byte by the stored
+// project (test_project_file.cpp); here the one-way values and reading rules.
+TEST(SwfDataElement, ValuesOutsideTheTablesAndExactKeywords) {
     SwfData d;
-    EXPECT_EQ(write(d),
-              "<swf_data movie_start_action=\"play_automatically\" pause_time=\"2000\" preload=\"false\" "
-              "preload_creator=\"qpj\" preload_import_src=\"\" preload_amount=\"100\" preload_text=\"Loading...\" "
-              "preload_text_color=\"16777215\" preload_font_name=\"Arial\" "
-              "preload_font=\"f3ffffff000000000000000000000000900100000000000000000000\" preload_type=\"simple\" "
-              "loop=\"none\" loop_count=\"1\">\n"
-              "<mouse_click_action enable=\"false\" action=\"get_url\" url=\"http://\" target=\"_blank\" />\n"
-              "<movie_end_action enable=\"false\" action=\"get_url\" url=\"http://\" target=\"_self\" />\n"
-              "</swf_data>\n");
-
     // Values outside the keyword tables write no attribute and read back as defaults.
     d.loop = static_cast<SwfData::Loop>(3);
     d.preloadType = static_cast<SwfData::PreloadType>(-1);
@@ -67,15 +59,10 @@ TEST(SwfDataElement, WrittenFormAndDefaults) {
     EXPECT_TRUE(back.movieEndAction.enable);
 }
 
-TEST(SoundDataElement, WrittenFormAndReading) {
+TEST(SoundDataElement, Reading) {
     SlideSound s;
     s.include = true;
     s.sounds.push_back({"/m/a & b.mp3", 1500, 4000, false, true, 22050, 64, false, true});
-    EXPECT_EQ(write(s),
-              "<sound_data include=\"true\" play_until_next_sound=\"false\">\n"
-              "<sound src=\"/m/a &amp; b.mp3\" start_time=\"1500\" duration=\"4000\" play_entire_sound=\"false\" "
-              "loop=\"true\" sample_rate=\"22050\" bit_rate=\"64\" stereo=\"false\" sync=\"true\" />\n"
-              "</sound_data>\n");
     EXPECT_TRUE(s.hasSound());
 
     XmlReader reader;
@@ -101,18 +88,10 @@ TEST(PublishDataElement, TargetsAndPageOptions) {
     p.htmlSettings.flashAlign = HtmlSettings::FTopRight;
     p.winProjectorSettings.fullscreen = true;
     const std::string text = write(p);
-    EXPECT_NE(text.find("<html publish=\"true\" filename=\"Show.html\">\n<html_swf swf=\"Show.swf\" orig_width=\"320\" "
-                        "orig_height=\"240\" width=\"320\" height=\"240\" bgcolor=\"16777215\" auto_play=\"true\" "
-                        "loop=\"true\" display_menu=\"true\" device_font=\"false\" popup_function=\"false\" "
-                        "dimension_type=\"percent\" quality=\"high\" window_mode=\"window\" html_align=\"default\" "
-                        "scale=\"showall\" flash_align=\"topright\" />\n</html>\n"),
-              std::string::npos)
-        << text;
-    EXPECT_NE(text.find("<mac_projector publish=\"false\" filename=\"Show.hqx\">\n<swf_projector fullscreen=\"false\" "
-                        "allowscale=\"true\" showmenu=\"true\" />\n</mac_projector>\n<win_projector publish=\"false\" "
-                        "filename=\"Show.exe\">\n<swf_projector fullscreen=\"true\" allowscale=\"true\" "
-                        "showmenu=\"true\" />\n</win_projector>\n"),
-              std::string::npos);
+    // File names follow the base name.
+    for (const char* name : {"filename=\"Show.html\"", "<html_swf swf=\"Show.swf\"", "filename=\"Show.hqx\"",
+                             "filename=\"Show.exe\"", "dimension_type=\"percent\"", "flash_align=\"topright\""})
+        EXPECT_NE(text.find(name), std::string::npos) << name << "\n" << text;
     EXPECT_NE(text.find("installer_filename=\"ShowSS.exe\""), std::string::npos);
 
     XmlReader reader;

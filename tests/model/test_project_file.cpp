@@ -6,7 +6,6 @@
 #include <sstream>
 
 #include "ModelFixtures.h"
-#include "ShowCompare.h"
 #include "effects/OverlayEffect.h"
 #include "effects/Transition.h"
 #include "model/ProjectFile.h"
@@ -60,45 +59,24 @@ TEST(ProjectFile, FullShowRoundTripsExactly) {
     ASSERT_TRUE(SaveProject(path, show, publish, &error)) << error;
     const std::string written = readFile(path);
     EXPECT_EQ(written, ProjectText(show, publish));
+    // A project kept in the source tree is this show, byte for byte (its picture
+    // folder filled in): a field the writer drops or reorders shows here.
+    std::string stored = written;
+    replaceAll(stored, dir.path().string(), "@DIR@");
+    EXPECT_EQ(stored, readFile(QUILLET_SOURCE_DIR "/tests/data/model/full.qpj"));
 
+    // Saving what was loaded gives the same bytes: nothing written is lost on reading.
     SlideShow loaded;
     PublishSettings loadedPublish;
     ASSERT_TRUE(LoadProject(path, loaded, loadedPublish, &error)) << error;
-    std::string difference;
-    EXPECT_TRUE(SameShow(show, loaded, &difference)) << difference;
     EXPECT_TRUE(loadedPublish == publish);
-
-    // Saving what was loaded gives the same bytes; loading that again the same show.
     const std::string again = dir.file("again.qpj");
     ASSERT_TRUE(SaveProject(again, loaded, loadedPublish, &error)) << error;
     EXPECT_EQ(readFile(again), written);
-    SlideShow reloaded;
-    PublishSettings reloadedPublish;
-    ASSERT_TRUE(LoadProject(again, reloaded, reloadedPublish, &error)) << error;
-    EXPECT_TRUE(SameShow(loaded, reloaded, &difference)) << difference;
 
     // Another XML reader accepts what we write.
     std::string output;
     EXPECT_EQ(quillet::test::runCommand("xmllint --noout '" + path + "'", &output, true), 0) << output;
-}
-
-TEST(ProjectFile, StoredProjectLoadsAndSavesByteForByte) {
-    // A project written by Quillet, kept in the source tree; its picture
-    // folder is filled in at test time.
-    std::string text = readFile(QUILLET_SOURCE_DIR "/tests/data/model/full.qpj");
-    ASSERT_FALSE(text.empty());
-    TempDir dir;
-    replaceAll(text, "@DIR@", dir.path().string());
-    for (int i = 0; i < 40; ++i) writeTinyBmp(dir.file("pic" + std::to_string(i) + ".bmp"));
-    writeTinyBmp(dir.file("pic1 \xe9t\xe9 & co.bmp"));
-    writeFile(dir.file("full.qpj"), text);
-
-    SlideShow show;
-    PublishSettings publish;
-    std::string error;
-    ASSERT_TRUE(LoadProject(dir.file("full.qpj"), show, publish, &error)) << error;
-    EXPECT_EQ(show.count(), 29);  // one slide per transition
-    EXPECT_EQ(ProjectText(show, publish), text);
 }
 
 TEST(ProjectFile, OneWayFieldsOfTheFormat) {

@@ -2,12 +2,13 @@
 // list operations, total times and the status text.
 #include <gtest/gtest.h>
 
-#include "ShowCompare.h"
 #include "effects/CameraEffect.h"
 #include "effects/OverlayEffect.h"
 #include "effects/Transition.h"
 #include "media/Bitmap.h"
 #include "media/ImageFilter.h"
+#include "model/ProjectFile.h"
+#include "model/PublishSettings.h"
 #include "model/SlideList.h"
 #include "model/SlideShow.h"
 #include "settings/AppSettings.h"
@@ -167,7 +168,7 @@ TEST(Slide, FiltersAndTheCachedBitmap) {
 }
 
 TEST(Slide, CopyFromClonesEverything) {
-    SlideShow show;
+    SlideShow show, copies;
     auto a = show.createSlide(SlideType::Image);
     a->image.src = "/p/a.jpg";
     a->duration = 1234;
@@ -188,22 +189,22 @@ TEST(Slide, CopyFromClonesEverything) {
     a->popup.menubar = true;
     a->rotate(90);
 
-    auto b = show.createSlide(SlideType::Blank);
+    auto b = copies.createSlide(SlideType::Blank);
     b->addCameraEffect(still(1));  // replaced, not kept
     b->copyFrom(*a);
-    std::string why;
-    EXPECT_TRUE(SameSlide(*a, *b, &why)) << why;
-    EXPECT_NE(&a->transitionIn(), &b->transitionIn());
-    EXPECT_NE(a->cameraMoveAt(0), b->cameraMoveAt(0));
-    EXPECT_EQ(b->overlayEffect().name(), "Snow");
-    EXPECT_EQ(b->cameraEffectCount(), 2u);
+    Slide* original = a.get();
+    Slide* copy = b.get();
+    show.append(std::move(a));
+    copies.append(std::move(b));
+    // Every saved field, and the picture's in-memory ones, are equal.
+    const PublishSettings publish;
+    EXPECT_EQ(ProjectText(copies, publish), ProjectText(show, publish));
+    EXPECT_TRUE(copy->image == original->image);
     // The copies are independent.
-    b->transitionIn().SetDuration(1);
-    b->cameraMoveAt(0)->duration = 1;
-    EXPECT_EQ(a->transitionIn().duration(), 800u);
-    EXPECT_EQ(a->cameraMoveAt(0)->duration, 300u);
-    EXPECT_FALSE(SameSlide(*a, *b, &why));
-    EXPECT_EQ(why, "transition, effect, camera moves or filters");
+    copy->transitionIn().SetDuration(1);
+    copy->cameraMoveAt(0)->duration = 1;
+    EXPECT_EQ(original->transitionIn().duration(), 800u);
+    EXPECT_EQ(original->cameraMoveAt(0)->duration, 300u);
 }
 
 TEST(Slide, ClearingASizeMarksTheShowChanged) {
