@@ -97,7 +97,6 @@ MainWindow::MainWindow(bool batch, QWidget* parent) : QMainWindow(parent), batch
 MainWindow::~MainWindow() = default;
 
 void MainWindow::buildActions() {
-    QStyle* st = style();
     auto make = [this](const QString& text, const QString& tip, QStyle::StandardPixmap icon, QKeySequence key,
                        auto slot) {
         auto* a = new QAction(style()->standardIcon(icon), text, this);
@@ -147,7 +146,6 @@ void MainWindow::buildActions() {
                           QKeySequence(Qt::CTRL | Qt::Key_Down), [this] { moveSelected(1); });
     QAction* randomA = make("&Randomise Transitions", "Randomise Transitions", QStyle::SP_BrowserReload, {},
                             [this] { doc_.randomiseTransitions(); });
-    (void)st;
 
     QMenu* file = menuBar()->addMenu("&File");
     file->addActions({newA, openA});
