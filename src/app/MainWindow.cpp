@@ -256,6 +256,11 @@ bool MainWindow::openFile(const QString& path) {
         else prompts().tell(this, kCaption, "The project could not be opened.", error);
         return false;
     }
+    // Relocated or dropped pictures are changes the user has to save.
+    if (handler.asked()) {
+        doc_.show().markChanged();
+        refreshTitle();
+    }
     Document::removeRecovery();
     AppSettings::current().recentProjects.add(doc_.path().toStdString());
     refreshRecent();

@@ -141,6 +141,7 @@ QString Prompts::chooseOutputFolder(QWidget* parent, const QString& proposed) {
 }
 
 MissingPictureHandler::Choice RelocateHandler::ask(const std::string& missingPath) {
+    asked_ = true;
     return prompts().askRelocate(parent_, QString::fromStdString(missingPath));
 }
 

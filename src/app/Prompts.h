@@ -75,9 +75,12 @@ public:
     std::optional<std::string> chooseImage(const std::string& missingPath) override;
     std::optional<std::string> chooseFolder(const std::string& fileName) override;
     void notRelocated(const std::string& missingPath) override;
+    // Some picture was missing: the show differs from its file.
+    bool asked() const { return asked_; }
 
 private:
     QWidget* parent_;
+    bool asked_ = false;
 };
 
 }  // namespace quillet::app

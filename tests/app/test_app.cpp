@@ -249,6 +249,7 @@ private slots:
         MainWindow w;
         QCOMPARE(w.openFile(file("missing.qpj")), opens);
         QCOMPARE(sources(w), expected);
+        QCOMPARE(w.document().modified(), opens);  // the show is not what the file says
         if (choice == int(Choice::Relocate))
             QCOMPARE(QString::fromStdString(w.document().show().slideAt(1)->image.src), file("found/moved.jpg"));
         // A run without dialogs refuses the project instead of asking.
