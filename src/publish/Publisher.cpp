@@ -69,8 +69,10 @@ public:
         }
         // What this version cannot build is reported and left out.
         std::vector<Target*> selected;
+        // A Ruffle page plays the movie beside it: it brings the movie along.
+        const bool pageNeedsMovie = s_.rufflePage.publish && !s_.swf.publish;
         for (Target& t : targets) {
-            if (!*t.publish) continue;
+            if (!*t.publish && !(pageNeedsMovie && t.kind == Kind::Movie)) continue;
             if (*t.badNameMessage == '\0') {
                 r_.notAvailable.push_back(t.name);
                 continue;

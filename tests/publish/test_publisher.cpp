@@ -80,6 +80,8 @@ TEST(Publisher, TargetsAnswersAndFailures) {
         {"defaults: movie and page", [](PublishSettings&) {}, {}, {}, false, {}, {"show.swf", "show.html"}, true, done},
         {"page alone names the movie but writes none", [](PublishSettings& s) { only(s, {&s.html}); }, {}, {},
          false, {}, {"show.html"}, true, done},
+        {"a Ruffle page brings its movie", [](PublishSettings& s) { only(s, {&s.rufflePage}); }, {}, {}, false, {},
+         {"show.swf", "show-ruffle.html", "ruffle/", "ruffle/ruffle.js"}, true, done},
         {"nothing selected", [](PublishSettings& s) { only(s, {}); }, {}, {}, false, {}, {}, true,
          "You have not selected any formats to publish."},
         {"targets this version lacks are left out",
@@ -124,6 +126,7 @@ TEST(Publisher, TargetsAnswersAndFailures) {
         test::writeFile((players / "windows-player.exe").string(), "WINPLAYER");
         test::writeFile((players / "mac-player.data").string(), "MACDATA");
         test::writeFile((players / "mac-player.rsrc").string(), "MACRSRC");
+        test::writeFile((players / "ruffle.js").string(), "RUFFLE");
         if (sc.withoutMacResources) fs::remove(players / "mac-player.rsrc");
         for (const std::string& f : sc.existing) test::writeFile((out / f).string(), "old");
         auto before = listing(dir.path());
@@ -140,6 +143,7 @@ TEST(Publisher, TargetsAnswersAndFailures) {
         PublishOptions options;
         if (!sc.replies.empty()) options.prompts = &prompts;
         options.playersFolder = players.string();
+        options.rufflePlayer = players.string();
 
         PublishResult r = Publish(settings, show, options);
         EXPECT_EQ(r.ok, sc.ok);
