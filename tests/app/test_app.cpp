@@ -305,6 +305,11 @@ private slots:
         // A folder that does not exist fails with the export message.
         QVERIFY(!w.exportTo(file("no/such/folder/x.swf")).ok);
         QCOMPARE(prompts_.told, QStringList({kExportFailed}));
+        // A movie past the player's frame limit is written, with the warning.
+        prompts_.told.clear();
+        w.document().setDuration({0}, 1400 * 1000);
+        QVERIFY(w.exportTo(file("long.swf")).ok);
+        QCOMPARE(prompts_.told, QStringList({kFrameLimitWarning}));
     }
 
     // Unsaved changes are written to the recovery file; after a run that
