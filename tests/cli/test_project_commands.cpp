@@ -107,21 +107,7 @@ TEST(CliShow, PrintsTheStatusLineAndTheSlideRows) {
               "3. sea view.png (60.00 sec)\n"
               "Path: " + dir.file("sea view.png") + "\n"
               "Has sound; captions; pan/zoom\n");
-
-    // One slide: the singular; no slides: the plural.
-    SlideShow one;
-    PublishSettings publish;
-    auto s = one.createSlide(SlideType::Blank);
-    s->duration = 1500;
-    one.append(std::move(s));
-    ASSERT_TRUE(SaveProject(dir.file("one.qpj"), one, publish));
-    r = runQuillet("show " + quote(dir.file("one.qpj")), dir);
-    EXPECT_EQ(r.out.substr(0, r.out.find('\n')), "1 Slide; Total Time: 00:01.50");
-    SlideShow none;
-    ASSERT_TRUE(SaveProject(dir.file("none.qpj"), none, publish));
-    r = runQuillet("show " + quote(dir.file("none.qpj")), dir);
-    EXPECT_EQ(r.status, 0);
-    EXPECT_EQ(r.out, "0 Slides; Total Time: 00:00.00\n");
+    // The singular and plural of the status line: SlideShow.TotalTimeStatusTextAndPopup.
 }
 
 TEST(CliShow, ErrorsNameTheFileAndTheProblem) {

@@ -17,27 +17,6 @@ SlideImage picture(int w, int h) {
 
 using Corners = std::array<uint8_t, 4>;
 
-TEST(SlideImageKeywords, RoundTripAndRejectUnknown) {
-    for (int i = 0; i <= 8; ++i) {
-        ImageType t = ImageType::Jpeg;
-        ASSERT_TRUE(imageTypeFromKeyword(imageTypeKeyword(static_cast<ImageType>(i)), t));
-        EXPECT_EQ(static_cast<int>(t), i);
-    }
-    EXPECT_STREQ(imageTypeKeyword(ImageType::JpegImportData), "jpeg_import_data");
-    EXPECT_STREQ(imageTypeKeyword(static_cast<ImageType>(9)), "");
-    ImageType t = ImageType::Rgb15;
-    EXPECT_FALSE(imageTypeFromKeyword("JPEG", t));  // exact comparison
-    EXPECT_EQ(t, ImageType::Rgb15);
-
-    HAlign h = HAlign::Left;
-    VAlign v = VAlign::Top;
-    EXPECT_TRUE(hAlignFromKeyword("right", h));
-    EXPECT_EQ(h, HAlign::Right);
-    EXPECT_FALSE(vAlignFromKeyword("middle", v));
-    EXPECT_EQ(v, VAlign::Top);
-    EXPECT_STREQ(vAlignKeyword(VAlign::Bottom), "bottom");
-}
-
 TEST(FitSlideImage, ScalesToStageKeepingProportions) {
     SlideImage s = picture(400, 300);
     FitSlideImage(s, 320, 240);
