@@ -4,7 +4,7 @@
 #include "effects/OverlayEffect.h"
 #include "effects/overlays/Bubbles.h"
 #include "effects/overlays/OldMovie.h"
-#include "EffectsTestXml.h"
+#include "support/XmlText.h"
 
 using namespace quillet;
 using quillet::test::ParsedXml;

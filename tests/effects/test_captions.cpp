@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "effects/Caption.h"
-#include "EffectsTestXml.h"
+#include "support/XmlText.h"
 
 using namespace quillet;
 using quillet::test::ParsedXml;

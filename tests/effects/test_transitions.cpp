@@ -6,7 +6,7 @@
 #include "effects/transitions/ColorFade.h"
 #include "effects/transitions/SlidingBars.h"
 #include "effects/transitions/Spin.h"
-#include "EffectsTestXml.h"
+#include "support/XmlText.h"
 
 using namespace quillet;
 using quillet::test::ParsedXml;

@@ -1,32 +1,20 @@
 #include <gtest/gtest.h>
 
-#include <sstream>
-
 #include "media/ImageFilter.h"
-#include "xml/XmlReader.h"
-#include "xml/XmlWriter.h"
+#include "support/XmlText.h"
 
 namespace quillet {
 namespace {
 
-std::string writeFilter(const ImageFilter& f) {
-    std::ostringstream out;
-    XmlWriter w;
-    w.open(out);
-    WriteFilterElement(w, f);
-    std::string text = out.str();
-    // Drop the wrapper's start tag written by open().
-    return text.substr(text.find("<filter"));
-}
-
 // Writes the filter and reads it back through the project file's path.
 std::unique_ptr<ImageFilter> roundTrip(const ImageFilter& f) {
-    XmlReader reader;
-    EXPECT_TRUE(reader.loadBuffer("<root>" + writeFilter(f) + "</root>")) << reader.error();
-    return ReadFilterElement(reader.documentElement().firstChild());
+    test::ParsedXml xml(test::WrittenText([&](XmlWriter& w) { WriteFilterElement(w, f); }));
+    EXPECT_TRUE(xml.ok()) << xml.error();
+    return ReadFilterElement(xml.first());
 }
 
-// Every filter's written form, escaping included, is in the stored full project (tests/model).
+// Every filter's written form, escaping included, is in the stored full project
+// (tests/model); here what reading keeps and what it refuses.
 TEST(FilterRegistry, ReadBackKeepsSavedValuesOnly) {
     const auto& r = ImageFilterRegistry::instance();
     EXPECT_EQ(r.Create("blur"), nullptr);  // exact names only
@@ -58,12 +46,12 @@ TEST(FilterRegistry, ReadBackKeepsSavedValuesOnly) {
 }
 
 TEST(FilterRegistry, ReadingToleratesBadAttributes) {
-    XmlReader reader;
-    ASSERT_TRUE(reader.loadBuffer(
+    test::ParsedXml xml(
         "<l><filter name=\"Add Noise\" type=\"Poisson\"/><filter name=\"Edge\" radius=\"1e300\"/>"
         "<filter name=\"Swirl\"/><filter name=\"Unknown\"/><filter/>"
-        "<filter name=\"Black &amp; White\" threshold=\"999\"/></l>"));
-    auto kids = reader.documentElement().children();
+        "<filter name=\"Black &amp; White\" threshold=\"999\"/></l>");
+    ASSERT_TRUE(xml.ok()) << xml.error();
+    auto kids = xml.first().children();
     auto noise = ReadFilterElement(kids[0]);
     EXPECT_EQ(noise->OptionValue(0), 1);  // keywords compare exactly: default stays
     EXPECT_EQ(ReadFilterElement(kids[1])->OptionValue(0), 32);  // radius limited

@@ -233,10 +233,4 @@ void buildFullShow(SlideShow& show, PublishSettings& publish, const std::string&
     publish.winProjectorSettings = {false, true, false};
 }
 
-std::string elementText(const std::string& written) {
-    const std::string head = "<xml version=\"1.0\">\n", tail = "\n</xml>\n";
-    if (written.size() < head.size() + tail.size()) return written;
-    return written.substr(head.size(), written.size() - head.size() - tail.size());
-}
-
 }  // namespace quillet::test

@@ -19,7 +19,4 @@ void writeTinyBmp(const std::string& path);
 // one-way fields, so the show reads back equal to itself.
 void buildFullShow(SlideShow& show, PublishSettings& publish, const std::string& folder);
 
-// The text of an element written by `fn` into an XmlWriter, without the wrapper.
-std::string elementText(const std::string& written);
-
 }  // namespace quillet::test

@@ -1,33 +1,20 @@
 // The show's own elements: swf_data, sound_data and publish_data.
 #include <gtest/gtest.h>
 
-#include <sstream>
-
-#include "ModelFixtures.h"
 #include "model/PublishSettings.h"
 #include "model/SlideSound.h"
 #include "model/SwfData.h"
-#include "xml/XmlReader.h"
-#include "xml/XmlWriter.h"
+#include "support/XmlText.h"
 
 using namespace quillet;
-using quillet::test::elementText;
+using quillet::test::ParsedXml;
+using quillet::test::WrittenText;
 
 namespace {
 
 template <typename T>
 std::string write(const T& thing) {
-    std::ostringstream out;
-    XmlWriter w;
-    w.open(out);
-    thing.Write(w);
-    w.close();
-    return elementText(out.str());
-}
-
-XmlNode parse(XmlReader& reader, const std::string& text) {
-    EXPECT_TRUE(reader.loadBuffer(text)) << reader.error();
-    return reader.documentElement();
+    return WrittenText([&](XmlWriter& w) { thing.Write(w); });
 }
 
 }  // namespace
@@ -47,11 +34,10 @@ TEST(SwfDataElement, ValuesOutsideTheTablesAndExactKeywords) {
     EXPECT_NE(text.find("<mouse_click_action enable=\"false\" url="), std::string::npos);
     EXPECT_NE(text.find("<movie_end_action enable=\"false\" action=\"unload_movie\""), std::string::npos);
 
-    XmlReader reader;
     SwfData back;
-    back.Read(parse(reader, "<swf_data movie_start_action=\"stop_on_first_frame\" loop=\"FOREVER\">"
+    back.Read(ParsedXml("<swf_data movie_start_action=\"stop_on_first_frame\" loop=\"FOREVER\">"
                             "<mouse_click_action action=\"unload_movie\" />"
-                            "<movie_end_action action=\"unload_movie\" enable=\"true\" /></swf_data>"));
+                            "<movie_end_action action=\"unload_movie\" enable=\"true\" /></swf_data>").first());
     EXPECT_EQ(back.movieStartAction, SwfData::StartAction::StopOnFirstFrame);
     EXPECT_EQ(back.loop, SwfData::Loop::None);  // exact keywords
     EXPECT_EQ(back.mouseClickAction.action, 0);
@@ -65,11 +51,10 @@ TEST(SoundDataElement, Reading) {
     s.sounds.push_back({"/m/a & b.mp3", 1500, 4000, false, true, 22050, 64, false, true});
     EXPECT_TRUE(s.hasSound());
 
-    XmlReader reader;
     SlideSound back;
     back.sounds.push_back({"/old.wav"});  // replaced by what is read
-    back.Read(parse(reader, "<sound_data play_until_next_sound=\"true\"><other src=\"x\" />"
-                            "<sound src=\"rel.wav\" sample_rate=\"abc\" /><sound /></sound_data>"),
+    back.Read(ParsedXml("<sound_data play_until_next_sound=\"true\"><other src=\"x\" />"
+                            "<sound src=\"rel.wav\" sample_rate=\"abc\" /><sound /></sound_data>").first(),
               "/proj");
     EXPECT_FALSE(back.include);
     EXPECT_TRUE(back.playUntilNextSound);
@@ -94,13 +79,12 @@ TEST(PublishDataElement, TargetsAndPageOptions) {
         EXPECT_NE(text.find(name), std::string::npos) << name << "\n" << text;
     EXPECT_NE(text.find("installer_filename=\"ShowSS.exe\""), std::string::npos);
 
-    XmlReader reader;
     PublishSettings back;
-    back.Read(parse(reader, "<publish_data output=\"/abs\"><swf publish=\"false\" /><flv publish=\"true\" />"
+    back.Read(ParsedXml("<publish_data output=\"/abs\"><swf publish=\"false\" /><flv publish=\"true\" />"
                             "<mac_projector publish=\"true\"><swf_projector showmenu=\"false\" /></mac_projector>"
                             "<html><html_swf quality=\"Best\" scale=\"noborder\" /></html>"
                             "<quicktime_mov publish=\"true\"><quicktime_swf anything=\"1\" /></quicktime_mov>"
-                            "</publish_data>"),
+                            "</publish_data>").first(),
               "/proj");
     EXPECT_EQ(back.output, "/abs");
     EXPECT_FALSE(back.swf.publish);

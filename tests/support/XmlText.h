@@ -1,4 +1,5 @@
-// Writing one element to text and parsing it back, for the effects tests.
+// Writing one element to text and parsing it back (header only: the test
+// programs link the xml code, the support library does not).
 #pragma once
 
 #include <functional>
