@@ -8,22 +8,18 @@
 #include "model/PublishSettings.h"
 #include "model/SlideShow.h"
 #include "settings/AppSettings.h"
+#include "support/Cli.h"
 #include "support/TempDir.h"
 
 using namespace quillet;
+using quillet::test::CliRun;
+using quillet::test::quote;
 using quillet::test::readFile;
 using quillet::test::runCommand;
 using quillet::test::TempDir;
 using quillet::test::writeFile;
 
 namespace {
-
-std::string quote(const std::string& s) { return "'" + s + "'"; }
-
-struct NewRun {
-    int status;
-    std::string out, err;
-};
 
 class NewCommand : public ::testing::Test {
 protected:
@@ -35,15 +31,7 @@ protected:
                   0);
         writeFile(dir.file("notes.jpg"), "not a picture\n");
     }
-    NewRun quillet(const std::string& args) {
-        NewRun r;
-        const std::string errFile = dir.file("stderr.txt");
-        r.status = runCommand(quillet::test::ScratchUserEnvironment(dir) + QUILLET_CLI + " new " + args +
-                                  " 2>" + quote(errFile),
-                              &r.out);
-        r.err = readFile(errFile);
-        return r;
-    }
+    CliRun quillet(const std::string& args) { return test::RunQuillet(dir, "new " + args); }
     bool load(const std::string& path, SlideShow& show) {
         PublishSettings publish;
         std::string error;
@@ -56,7 +44,7 @@ protected:
 
 TEST_F(NewCommand, BuildsAShowWithTheGivenSettings) {
     const std::string show = dir.file("show.qpj");
-    NewRun r = quillet(quote(dir.file("wide.jpg")) + " " + quote(dir.file("tall pic.png")) + " -o " + quote(show) +
+    CliRun r = quillet(quote(dir.file("wide.jpg")) + " " + quote(dir.file("tall pic.png")) + " -o " + quote(show) +
                     " --stage 640x480 --fps 24 --duration 3000 --transition 'cross FADE' --music " +
                     quote(dir.file("wide.jpg")));  // the file's contents are read at export
     ASSERT_EQ(r.status, 0) << r.err;
@@ -89,7 +77,7 @@ TEST_F(NewCommand, BuildsAShowWithTheGivenSettings) {
 
 TEST_F(NewCommand, BadPicturesAreNamedAndTheRestIsWritten) {
     const std::string show = dir.file("show.qpj");
-    NewRun r = quillet(quote(dir.file("missing.jpg")) + " " + quote(dir.file("wide.jpg")) + " " +
+    CliRun r = quillet(quote(dir.file("missing.jpg")) + " " + quote(dir.file("wide.jpg")) + " " +
                     quote(dir.file("notes.jpg")) + " -o " + quote(show));
     EXPECT_EQ(r.status, 1);
     EXPECT_NE(r.err.find(dir.file("missing.jpg") + ": The image could not be added because the file was not found."),
@@ -116,7 +104,7 @@ TEST_F(NewCommand, ExifOrientationByFlagOrSetting) {
               0);
     auto rotation = [&](const std::string& extra) {
         const std::string show = dir.file("exif.qpj");
-        NewRun r = quillet(quote(turned) + " -o " + quote(show) + extra);
+        CliRun r = quillet(quote(turned) + " -o " + quote(show) + extra);
         EXPECT_EQ(r.status, 0) << r.err;
         SlideShow s;
         if (!load(show, s) || s.count() != 1) return -1;
@@ -139,7 +127,7 @@ TEST_F(NewCommand, UsageErrors) {
     EXPECT_EQ(quillet(pic + out + " --stage 640").status, 2);
     EXPECT_EQ(quillet(pic + out + " --fps 500").status, 2);
     EXPECT_EQ(quillet(pic + out + " --duration -5").status, 2);
-    NewRun r = quillet(pic + out + " --transition 'No Such Thing'");
+    CliRun r = quillet(pic + out + " --transition 'No Such Thing'");
     EXPECT_EQ(r.status, 2);
     EXPECT_NE(r.err.find("No Such Thing"), std::string::npos);
     EXPECT_EQ(quillet(pic + out + " --transition 'Cross Fade' --random-transitions").status, 2);
@@ -158,7 +146,7 @@ TEST_F(NewCommand, UsageErrors) {
         {"Color Fade:fade_color=#12345", "allowed: a colour as #RRGGBB"},
     };
     for (const auto& bad : kBadOptions) {
-        NewRun b = quillet(pic + out + " --transition '" + bad.spec + "'");
+        CliRun b = quillet(pic + out + " --transition '" + bad.spec + "'");
         EXPECT_EQ(b.status, 2) << bad.spec;
         EXPECT_NE(b.err.find(bad.message), std::string::npos) << bad.spec << ": " << b.err;
     }
@@ -174,7 +162,7 @@ TEST_F(NewCommand, UsageErrors) {
     EXPECT_NE(readFile(dir.file("x.qpj")).find("fade_color=\"3153936\""), std::string::npos);
 
     // Random transitions: every slide gets one from the registry.
-    NewRun ok = quillet(pic + " " + pic + " " + pic + out + " --random-transitions");
+    CliRun ok = quillet(pic + " " + pic + " " + pic + out + " --random-transitions");
     ASSERT_EQ(ok.status, 0) << ok.err;
     SlideShow s;
     ASSERT_TRUE(load(dir.file("x.qpj"), s));

@@ -10,9 +10,12 @@
 #include "model/PublishSettings.h"
 #include "model/SlideShow.h"
 #include "settings/AppSettings.h"
+#include "support/Cli.h"
 #include "support/TempDir.h"
 
 using namespace quillet;
+using quillet::test::CliRun;
+using quillet::test::quote;
 using quillet::test::readFile;
 using quillet::test::runCommand;
 using quillet::test::ScopedEnv;
@@ -21,22 +24,7 @@ using quillet::test::writeFile;
 
 namespace {
 
-std::string quote(const std::string& s) { return "'" + s + "'"; }
-
-struct CliRun {
-    int status;
-    std::string out;
-    std::string err;
-};
-
-CliRun runQuillet(const std::string& args, const TempDir& dir) {
-    CliRun r;
-    const std::string errFile = dir.file("stderr.txt");
-    r.status = runCommand(quillet::test::ScratchUserEnvironment(dir) + QUILLET_CLI + " " + args + " 2>" + quote(errFile),
-                          &r.out);
-    r.err = readFile(errFile);
-    return r;
-}
+CliRun runQuillet(const std::string& args, const TempDir& dir) { return test::RunQuillet(dir, args); }
 
 std::unique_ptr<Transition> transition(const char* name, uint32_t ms) {
     auto t = TransitionRegistry::instance().Find(name)->Clone();
