@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 #include "media/SlideImage.h"
 
 namespace quillet {
@@ -18,46 +20,32 @@ SlideImage picture(int w, int h) {
 using Corners = std::array<uint8_t, 4>;
 
 TEST(FitSlideImage, ScalesToStageKeepingProportions) {
-    SlideImage s = picture(400, 300);
-    FitSlideImage(s, 320, 240);
-    EXPECT_EQ(s.width, 320);
-    EXPECT_EQ(s.height, 240);
-    EXPECT_EQ(s.x, 0);
-    EXPECT_EQ(s.y, 0);
-
-    // Portrait: 320x427 first, then reduced to the stage height.
-    s = picture(300, 400);
-    FitSlideImage(s, 320, 240);
-    EXPECT_EQ(s.width, 180);
-    EXPECT_EQ(s.height, 240);
-    EXPECT_EQ(s.x, 70);
-
-    // As wide as the stage but taller: only the height step applies.
-    s = picture(320, 481);
-    FitSlideImage(s, 320, 240);
-    EXPECT_EQ(s.height, 240);
-    EXPECT_EQ(s.width, static_cast<int>(320.0 * 240 / 481 + 0.5));
-
-    // Without proportions the slide covers the stage; without fit it keeps its size.
-    s = picture(300, 400);
-    s.keepAspectRatio = false;
-    FitSlideImage(s, 320, 240);
-    EXPECT_EQ(s.width, 320);
-    EXPECT_EQ(s.height, 240);
-    s = picture(300, 400);
-    s.scaleToFit = false;
-    s.width = 50;
-    s.height = 60;
-    FitSlideImage(s, 320, 240);
-    EXPECT_EQ(s.width, 50);
-    EXPECT_EQ(s.height, 60);
-
-    // A quarter turn fits the displayed (swapped) size.
-    s = picture(300, 400);
-    s.rotation = 90;
-    FitSlideImage(s, 320, 240);
-    EXPECT_EQ(s.width, 320);
-    EXPECT_EQ(s.height, 240);
+    struct Case {
+        const char* what;
+        int w, h;
+        bool keep, fit;
+        int rotation;
+        int width, height, x;  // expected on a 320x240 stage
+    };
+    const Case cases[] = {
+        {"landscape of the stage's shape", 400, 300, true, true, 0, 320, 240, 0},
+        {"portrait: 320x427 first, then reduced to the stage height", 300, 400, true, true, 0, 180, 240, 70},
+        {"as wide as the stage but taller: only the height step", 320, 481, true, true, 0,
+         static_cast<int>(320.0 * 240 / 481 + 0.5), 240, 80},
+        {"without proportions the slide covers the stage", 300, 400, false, true, 0, 320, 240, 0},
+        {"without fit it keeps its size", 300, 400, true, false, 0, 50, 60, 135},
+        {"a quarter turn fits the displayed (swapped) size", 300, 400, true, true, 90, 320, 240, 0},
+    };
+    for (const Case& c : cases) {
+        SlideImage s = picture(c.w, c.h);
+        s.keepAspectRatio = c.keep;
+        s.scaleToFit = c.fit;
+        s.rotation = c.rotation;
+        s.width = 50;
+        s.height = 60;
+        FitSlideImage(s, 320, 240);
+        EXPECT_EQ(std::tie(s.width, s.height, s.x), std::tie(c.width, c.height, c.x)) << c.what;
+    }
 }
 
 TEST(FitSlideImage, AlignmentHalvesEachSideAndAddsOrigin) {
