@@ -5,14 +5,7 @@
 # slide click actions jumping forwards, backwards and to a slide (pausing the
 # show when asked). Then the bytes of what a headless player cannot show: a
 # popup address, the once-only "load on display" URL, the no-print label.
-set -euo pipefail
-: "${QUILLET:?}" "${QUILLET_SOURCE_DIR:?}"
-lib="$QUILLET_SOURCE_DIR/tests/e2e/lib"
-work=$(mktemp -d)
-trap 'rm -rf "$work"' EXIT
-export QUILLET_CONFIG_DIR="$work/config" XDG_CACHE_HOME="$work/cache"
-artefacts="${QUILLET_BUILD_DIR:-$work}/artefacts"
-mkdir -p "$artefacts"
+source "${BASH_SOURCE%/*}/lib/common.sh"
 
 for c in red lime blue; do convert -size 160x120 "xc:$c" "$work/$c.png"; done
 # 64x64, left half yellow, right half cyan: fitted to the stage its left

@@ -7,12 +7,7 @@
 # 48-pixel line in regular, bold and oblique drawn by the player matches
 # ImageMagick's FreeType rendering of the same faces (mean errors printed
 # and bounded).
-set -euo pipefail
-: "${QUILLET:?}" "${QUILLET_SOURCE_DIR:?}"
-lib="$QUILLET_SOURCE_DIR/tests/e2e/lib"
-work=$(mktemp -d)
-trap 'rm -rf "$work"' EXIT
-export QUILLET_CONFIG_DIR="$work/config" XDG_CACHE_HOME="$work/cache"
+source "${BASH_SOURCE%/*}/lib/common.sh"
 
 line='Hamburgefons AVé üß'
 # Colours are written lowest byte red: 255 red, 65280 green, 16711680 blue,

@@ -1,12 +1,7 @@
 #!/usr/bin/env bash
 # Ctrl-C during `quillet export` stops between slides and leaves a valid movie
 # of the slides done so far, which parses and plays.
-set -euo pipefail
-: "${QUILLET:?}" "${QUILLET_SOURCE_DIR:?}"
-lib="$QUILLET_SOURCE_DIR/tests/e2e/lib"
-work=$(mktemp -d)
-trap 'rm -rf "$work"' EXIT
-export QUILLET_CONFIG_DIR="$work/config" XDG_CACHE_HOME="$work/cache"  # none of the user's own
+source "${BASH_SOURCE%/*}/lib/common.sh"
 photo=/usr/share/backgrounds/mate/abstract/Elephants_5640x3172.jpg  # slow to decode on purpose (progressive)
 slides=16
 {

@@ -3,12 +3,7 @@
 # photo 1 during its hold, a blend half way through a 2 s cross fade, photo 2
 # after it; a pan/zoom slide moved and scaled between its first and last camera
 # frame; the compressed movie plays the same; Debian's yaswfp agrees with our reader.
-set -euo pipefail
-: "${QUILLET:?}" "${QUILLET_SOURCE_DIR:?}"
-lib="$QUILLET_SOURCE_DIR/tests/e2e/lib"
-work=$(mktemp -d)
-trap 'rm -rf "$work"' EXIT
-export QUILLET_CONFIG_DIR="$work/config" XDG_CACHE_HOME="$work/cache"  # none of the user's own
+source "${BASH_SOURCE%/*}/lib/common.sh"
 photos=/usr/share/backgrounds/mate/nature
 
 # Slide 3 is a white card with a red square, so its camera move can be measured.

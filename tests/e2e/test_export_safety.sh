@@ -3,11 +3,7 @@
 # full disk) leaves the old movie whole and nothing beside it; an export that
 # needs no temporary folder works with an unusable TMPDIR, and one that does
 # says so and leaves the old movie too.
-set -euo pipefail
-: "${QUILLET:?}"
-work=$(mktemp -d)
-trap 'rm -rf "$work"' EXIT
-export QUILLET_CONFIG_DIR="$work/config" XDG_CACHE_HOME="$work/cache"
+source "${BASH_SOURCE%/*}/lib/common.sh"
 photo=/usr/share/backgrounds/mate/nature/Garden.jpg
 "$QUILLET" new "$photo" "$photo" "$photo" -o "$work/show.qpj" --stage 640x480 >/dev/null
 "$QUILLET" export "$work/show.qpj" -o "$work/old.swf" >/dev/null

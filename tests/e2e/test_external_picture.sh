@@ -2,12 +2,7 @@
 # A "jpeg_external" slide stores no pixels: the movie loads the picture file
 # beside it when it plays (its address escaped: this one has a space and a "#"),
 # scaled to the slide's size.
-set -euo pipefail
-: "${QUILLET:?}" "${QUILLET_SOURCE_DIR:?}"
-lib="$QUILLET_SOURCE_DIR/tests/e2e/lib"
-work=$(mktemp -d)
-trap 'rm -rf "$work"' EXIT
-export QUILLET_CONFIG_DIR="$work/config" XDG_CACHE_HOME="$work/cache"  # none of the user's own
+source "${BASH_SOURCE%/*}/lib/common.sh"
 mkdir -p "$work/site/my pictures"
 # 160x120, green on the left half and blue on the right: the slide shows it at 320x240.
 convert -size 80x120 xc:'#00c000' -size 80x120 xc:'#0000c0' +append -quality 95 "$work/site/my pictures/card #1.jpg"

@@ -6,14 +6,7 @@
 # slide of its own and one used twice, defines each effect once, keeps its
 # character ids 1..N without gaps and reads the same in yaswfp as in
 # `quillet info`.
-set -euo pipefail
-: "${QUILLET:?}" "${QUILLET_SOURCE_DIR:?}"
-lib="$QUILLET_SOURCE_DIR/tests/e2e/lib"
-work=$(mktemp -d)
-trap 'rm -rf "$work"' EXIT
-export QUILLET_CONFIG_DIR="$work/config" XDG_CACHE_HOME="$work/cache"
-artefacts="${QUILLET_BUILD_DIR:-$work}/artefacts"
-mkdir -p "$artefacts"
+source "${BASH_SOURCE%/*}/lib/common.sh"
 
 photo=/usr/share/backgrounds/mate/nature/Garden.jpg
 if [ ! -f "$photo" ]; then

@@ -3,12 +3,7 @@
 # JPEG, lossless 8, 15 and 24 bit, the file's own JPEG bytes, and the three
 # forms with an alpha channel (whose half-transparent half shows the black
 # stage through it). The picture is 40x30 in four flat quadrants, shown at 80x60.
-set -euo pipefail
-: "${QUILLET:?}" "${QUILLET_SOURCE_DIR:?}"
-lib="$QUILLET_SOURCE_DIR/tests/e2e/lib"
-work=$(mktemp -d)
-trap 'rm -rf "$work"' EXIT
-export QUILLET_CONFIG_DIR="$work/config" XDG_CACHE_HOME="$work/cache"  # none of the user's own
+source "${BASH_SOURCE%/*}/lib/common.sh"
 
 draw=(-size 40x30 xc:'rgb(200,30,40)' +antialias
       -fill 'rgb(20,180,60)' -draw 'rectangle 20,0 39,14'

@@ -4,12 +4,7 @@
 # projectors carry the movie in each player's layout (the full-screen copy
 # still plays); hexbin unpacks the .hqx and refuses a damaged one; existing
 # files, a missing or unwritable folder and names that climb out of it.
-set -euo pipefail
-: "${QUILLET:?}" "${QUILLET_SOURCE_DIR:?}"
-lib="$QUILLET_SOURCE_DIR/tests/e2e/lib"
-work=$(mktemp -d)
-trap 'rm -rf "$work"' EXIT
-export QUILLET_CONFIG_DIR="$work/config" XDG_CACHE_HOME="$work/cache"
+source "${BASH_SOURCE%/*}/lib/common.sh"
 fail() { echo "FAIL: $*" >&2; exit 1; }
 cd "$work"
 

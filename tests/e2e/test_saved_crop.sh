@@ -2,12 +2,7 @@
 # A slide's crop and its own size survive a save and a reload, and the movie
 # shows exactly that rectangle: the bottom-right quarter of a 2560x1600
 # picture, shown at 300x200 with its top-left corner at (10, 20).
-set -euo pipefail
-: "${QUILLET:?}" "${QUILLET_SOURCE_DIR:?}"
-lib="$QUILLET_SOURCE_DIR/tests/e2e/lib"
-work=$(mktemp -d)
-trap 'rm -rf "$work"' EXIT
-export QUILLET_CONFIG_DIR="$work/config" XDG_CACHE_HOME="$work/cache"
+source "${BASH_SOURCE%/*}/lib/common.sh"
 # Four quarters: red, green / blue, yellow.
 convert \( -size 1280x800 xc:'#e00000' xc:'#00c000' +append \) \
         \( -size 1280x800 xc:'#0000d0' xc:'#e0e000' +append \) -append -quality 95 "$work/quarters.jpg"

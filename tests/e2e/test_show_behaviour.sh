@@ -6,14 +6,7 @@
 # again, one without a loop stays on its end; a show that waited for a click
 # and loops does not wait again when it comes back to slide 1; the show's
 # click action and its end action load another movie in place of the show.
-set -euo pipefail
-: "${QUILLET:?}" "${QUILLET_SOURCE_DIR:?}"
-lib="$QUILLET_SOURCE_DIR/tests/e2e/lib"
-work=$(mktemp -d)
-trap 'rm -rf "$work"' EXIT
-export QUILLET_CONFIG_DIR="$work/config" XDG_CACHE_HOME="$work/cache"
-artefacts="${QUILLET_BUILD_DIR:-$work}/artefacts"
-mkdir -p "$artefacts"
+source "${BASH_SOURCE%/*}/lib/common.sh"
 
 for c in red lime blue yellow; do convert -size 320x240 "xc:$c" "$work/$c.png"; done
 

@@ -9,12 +9,8 @@
 #
 # TRANSITION_CASES="Push,Wipe On" runs only the named transitions;
 # TRANSITION_VERBOSE=1 prints how far each shot is from either photo.
-set -euo pipefail
+source "${BASH_SOURCE%/*}/lib/common.sh"
 : "${QUILLET:?}" "${QUILLET_SOURCE_DIR:?}" "${QUILLET_BUILD_DIR:?}"
-lib="$QUILLET_SOURCE_DIR/tests/e2e/lib"
-work=$(mktemp -d)
-trap 'rm -rf "$work"' EXIT
-export QUILLET_CONFIG_DIR="$work/config" XDG_CACHE_HOME="$work/cache"  # none of the user's own
 photos=/usr/share/backgrounds/mate/nature
 
 # Green grass going out, a grey storm sky coming in.
