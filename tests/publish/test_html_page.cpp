@@ -16,6 +16,13 @@ const char* const kHead =
     "function HG_Popup(theURL, winName, winFeatures) {newWin=window.open(theURL, winName, winFeatures); }\n"
     "</SCRIPT>\n<TITLE></TITLE>\n</HEAD>\n";
 
+// The parts every page shares, as macros so that each page below reads as one literal.
+#define PAGE_OBJECT \
+    "<OBJECT classid=\"clsid:D27CDB6E-AE6D-11cf-96B8-444553540000\" codebase=\"http://example.com/player.cab#version=5,0,0,0\" "
+#define PAGE_EMBED_END \
+    "TYPE=\"application/x-shockwave-flash\" PLUGINSPAGE=\"http://example.com/get?P1_Prod_Version=ShockwaveFlash\">\n" \
+    "</EMBED>\n</OBJECT>\n</BODY>\n</HTML>"
+
 struct PageCase {
     const char* name;
     std::function<void(HtmlSettings&)> change;
@@ -26,14 +33,11 @@ TEST(HtmlPage, WholePages) {
     const PageCase cases[] = {
         {"defaults", [](HtmlSettings&) {},
          "<BODY bgcolor=\"#ffffff\">\n"
-         "<OBJECT classid=\"clsid:D27CDB6E-AE6D-11cf-96B8-444553540000\" "
-         "codebase=\"http://example.com/player.cab#version=5,0,0,0\" WIDTH=\"320\" HEIGHT=\"240\">\n"
+         PAGE_OBJECT "WIDTH=\"320\" HEIGHT=\"240\">\n"
          "<PARAM NAME=movie VALUE=\"Untitled.swf\">\n"
          "<PARAM NAME=quality VALUE=\"high\">\n"
          "<EMBED src=\"Untitled.swf\" quality=\"high\" WIDTH=\"320\" HEIGHT=\"240\" "
-         "TYPE=\"application/x-shockwave-flash\" "
-         "PLUGINSPAGE=\"http://example.com/get?P1_Prod_Version=ShockwaveFlash\">\n"
-         "</EMBED>\n</OBJECT>\n</BODY>\n</HTML>"},
+         PAGE_EMBED_END},
         {"percent 100 by 100, colour bytes in page order",
          [](HtmlSettings& s) {
              s.dimensionType = HtmlSettings::Percent;
@@ -43,14 +47,11 @@ TEST(HtmlPage, WholePages) {
              s.quality = HtmlSettings::AutoLow;
          },
          "<BODY bgcolor=\"#996633\">\n"
-         "<OBJECT classid=\"clsid:D27CDB6E-AE6D-11cf-96B8-444553540000\" "
-         "codebase=\"http://example.com/player.cab#version=5,0,0,0\" WIDTH=\"100%%\" HEIGHT=\"100%%\">\n"
+         PAGE_OBJECT "WIDTH=\"100%%\" HEIGHT=\"100%%\">\n"
          "<PARAM NAME=movie VALUE=\"my show.swf\">\n"
          "<PARAM NAME=quality VALUE=\"autolow\">\n"
          "<EMBED src=\"my show.swf\" quality=\"autolow\" WIDTH=\"100%%\" HEIGHT=\"100%%\" "
-         "TYPE=\"application/x-shockwave-flash\" "
-         "PLUGINSPAGE=\"http://example.com/get?P1_Prod_Version=ShockwaveFlash\">\n"
-         "</EMBED>\n</OBJECT>\n</BODY>\n</HTML>"},
+         PAGE_EMBED_END},
         {"every optional parameter",
          [](HtmlSettings& s) {
              s.autoPlay = s.loop = s.displayMenu = false;
@@ -66,8 +67,7 @@ TEST(HtmlPage, WholePages) {
              s.windowMode = HtmlSettings::Transparent;
          },
          "<BODY bgcolor=\"#ff0000\">\n"
-         "<OBJECT classid=\"clsid:D27CDB6E-AE6D-11cf-96B8-444553540000\" "
-         "codebase=\"http://example.com/player.cab#version=5,0,0,0\" WIDTH=\"800\" HEIGHT=\"600\">\n"
+         PAGE_OBJECT "WIDTH=\"800\" HEIGHT=\"600\">\n"
          "<PARAM NAME=movie VALUE=\"Untitled.swf\">\n"
          "<PARAM NAME=play VALUE=false>\n<PARAM NAME=loop VALUE=false>\n<PARAM NAME=menu VALUE=false>\n"
          "<PARAM NAME=quality VALUE=\"best\">\n"
@@ -75,9 +75,7 @@ TEST(HtmlPage, WholePages) {
          "<PARAM NAME=wmode VALUE=transparent>\n<PARAM NAME=devicefont VALUE=false>\n"
          "<EMBED src=\"Untitled.swf\" play=false loop=false menu=false quality=\"best\" scale=exactfit "
          "align=b salign=br wmode=transparent devicefont=true WIDTH=\"800\" HEIGHT=\"600\" "
-         "TYPE=\"application/x-shockwave-flash\" "
-         "PLUGINSPAGE=\"http://example.com/get?P1_Prod_Version=ShockwaveFlash\">\n"
-         "</EMBED>\n</OBJECT>\n</BODY>\n</HTML>"},
+         PAGE_EMBED_END},
         {"one of each in the middle of its list",
          [](HtmlSettings& s) {
              s.loop = false;
@@ -88,17 +86,14 @@ TEST(HtmlPage, WholePages) {
              s.windowMode = HtmlSettings::Opaque;
          },
          "<BODY bgcolor=\"#ffffff\">\n"
-         "<OBJECT classid=\"clsid:D27CDB6E-AE6D-11cf-96B8-444553540000\" "
-         "codebase=\"http://example.com/player.cab#version=5,0,0,0\" WIDTH=\"320\" HEIGHT=\"240\">\n"
+         PAGE_OBJECT "WIDTH=\"320\" HEIGHT=\"240\">\n"
          "<PARAM NAME=movie VALUE=\"Untitled.swf\">\n"
          "<PARAM NAME=loop VALUE=false>\n"
          "<PARAM NAME=quality VALUE=\"low\">\n"
          "<PARAM NAME=scale VALUE=noborder>\n<PARAM NAME=align VALUE=l>\n<PARAM NAME=salign VALUE=tl>\n"
          "<PARAM NAME=wmode VALUE=opaque>\n"
          "<EMBED src=\"Untitled.swf\" loop=false quality=\"low\" scale=noborder align=l salign=tl wmode=opaque "
-         "WIDTH=\"320\" HEIGHT=\"240\" TYPE=\"application/x-shockwave-flash\" "
-         "PLUGINSPAGE=\"http://example.com/get?P1_Prod_Version=ShockwaveFlash\">\n"
-         "</EMBED>\n</OBJECT>\n</BODY>\n</HTML>"},
+         "WIDTH=\"320\" HEIGHT=\"240\" " PAGE_EMBED_END},
     };
     for (const PageCase& c : cases) {
         HtmlSettings settings;
