@@ -63,7 +63,8 @@ TEST(ProjectFile, FullShowRoundTripsExactly) {
     // folder filled in): a field the writer drops or reorders shows here.
     std::string stored = written;
     replaceAll(stored, dir.path().string(), "@DIR@");
-    EXPECT_EQ(stored, readFile(QUILLET_SOURCE_DIR "/tests/data/model/full.qpj"));
+    EXPECT_EQ(stored, readFile(QUILLET_SOURCE_DIR "/tests/data/model/full.qpj"))
+        << "after a deliberate change of the format, store this text as tests/data/model/full.qpj";
 
     // Saving what was loaded gives the same bytes: nothing written is lost on reading.
     SlideShow loaded;
