@@ -18,29 +18,6 @@ Bitmap fromBytes(uint32_t w, uint32_t h, uint16_t bpp, std::vector<uint8_t> byte
 
 std::vector<uint8_t> bytesOf(const Bitmap& b) { return {b.pixels(), b.pixels() + b.byteSize()}; }
 
-TEST(Bitmap, CreateAdoptCopyAndFree) {
-    Bitmap b;
-    EXPECT_TRUE(b.empty());
-    EXPECT_EQ(b.byteSize(), 0u);
-    auto data = std::make_unique<uint8_t[]>(2 * 3 * 4);
-    uint8_t* raw = data.get();
-    b.Create(2, 3, 32, std::move(data));
-    EXPECT_EQ(b.pixels(), raw);  // adopted, not copied
-    EXPECT_EQ(b.byteSize(), 24u);
-    b.Free();
-    EXPECT_TRUE(b.empty());
-    EXPECT_EQ(b.byteSize(), 0u);
-    EXPECT_EQ(b.width(), 2u);
-    EXPECT_EQ(b.height(), 3u);
-    EXPECT_EQ(b.bitsPerPixel(), 32);
-
-    Bitmap c = fromBytes(2, 1, 24, {1, 2, 3, 4, 5, 6});
-    Bitmap d;
-    d.CopyFrom(c);
-    EXPECT_EQ(bytesOf(d), bytesOf(c));
-    EXPECT_NE(d.pixels(), c.pixels());
-}
-
 TEST(Bitmap, RotatesAsDescribed) {
     Bitmap one = fromBytes(1, 1, 24, {9, 8, 7});
     one.Rotate(90);
