@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <numeric>
 
+#include "effects/OverlayEffect.h"
 #include "effects/Transition.h"
 #include "io/OutputFile.h"
 #include "model/ProjectFile.h"
@@ -132,6 +133,61 @@ private:
     std::vector<uint32_t> before_, after_;
 };
 
+// The slide fields the property panel edits, kept for undo.
+struct SlideFields {
+    uint32_t duration = 0;
+    SlideImage image;
+    ClickAction click;
+    PopupWindow popup;
+    std::unique_ptr<Transition> transition;
+    std::string overlay;
+
+    explicit SlideFields(const Slide& s)
+        : duration(s.duration), image(s.image), click(s.clickAction), popup(s.popup),
+          transition(s.transitionIn().Clone()), overlay(s.overlayEffect().name()) {}
+    void applyTo(Slide& s) const {
+        s.duration = duration;
+        s.image = image;
+        s.clickAction = click;
+        s.popup = popup;
+        s.setTransitionIn(transition->Clone());
+        if (s.overlayEffect().name() != overlay) s.setOverlayEffect(MakeOverlayEffect(overlay));
+    }
+    bool operator==(const SlideFields& o) const {
+        return duration == o.duration && image == o.image && click == o.click && popup == o.popup &&
+               transition->name() == o.transition->name() && transition->duration() == o.transition->duration() &&
+               transition->options() == o.transition->options() && overlay == o.overlay;
+    }
+};
+
+// The edit is made once to learn the result; redo and undo then put back
+// the fields as they were after and before it.
+class SlideEditCommand : public QUndoCommand {
+public:
+    SlideEditCommand(Document& doc, QList<int> rows, const QString& text, const std::function<void(Slide&)>& edit)
+        : QUndoCommand(text), doc_(doc), rows_(std::move(rows)) {
+        for (int row : rows_) {
+            Slide& slide = *doc.show().slideAt(row);
+            before_.emplace_back(slide);
+            edit(slide);
+            slide.fitToShow();
+            after_.emplace_back(slide);
+        }
+    }
+    bool changed() const { return before_ != after_; }
+    void redo() override { apply(after_); }
+    void undo() override { apply(before_); }
+
+private:
+    void apply(const std::vector<SlideFields>& fields) {
+        for (int i = 0; i < rows_.size(); ++i) fields[size_t(i)].applyTo(*doc_.show().slideAt(rows_[i]));
+        doc_.notifyChanged(rows_);
+    }
+    Document& doc_;
+    QList<int> rows_;
+    std::vector<SlideFields> before_, after_;
+};
+
 class ShowSettingsCommand : public QUndoCommand {
 public:
     ShowSettingsCommand(Document& doc, const ShowSettings& after)
@@ -233,6 +289,14 @@ void Document::duplicateSlides(QList<int> rows) {
         copies.push_back(std::move(copy));
     }
     undo_.push(new InsertCommand(*this, rows.last() + 1, std::move(copies), "Duplicate Slide(s)"));
+}
+
+void Document::editSlides(QList<int> rows, const QString& text, const std::function<void(Slide&)>& edit) {
+    rows = sortedUnique(std::move(rows), show_.count());
+    if (rows.isEmpty()) return;
+    auto command = std::make_unique<SlideEditCommand>(*this, rows, text, edit);
+    if (command->changed()) undo_.push(command.release());
+    else command->undo();
 }
 
 void Document::moveSlides(QList<int> rows, int target) {

@@ -6,6 +6,7 @@
 #include <QObject>
 #include <QString>
 #include <QUndoStack>
+#include <functional>
 #include <memory>
 #include <vector>
 
@@ -58,6 +59,11 @@ public:
     void moveSlides(QList<int> rows, int target);
     void randomiseTransitions();
     void setDuration(QList<int> rows, uint32_t ms);
+    // One undo step over the slides at `rows`: `edit` runs on each, then the
+    // slide is refitted to the stage. Undo puts back what the property panel
+    // edits: duration, picture settings, transition, overlay effect, click
+    // action and popup window. Nothing is recorded when no slide changed.
+    void editSlides(QList<int> rows, const QString& text, const std::function<void(Slide&)>& edit);
     ShowSettings showSettings() const;
     // A new stage size refits the slides; visible bounds that covered the
     // whole stage keep covering it.

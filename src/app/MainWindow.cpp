@@ -13,7 +13,6 @@
 #include <QSpinBox>
 #include <QDir>
 #include <QFileInfo>
-#include <QInputDialog>
 #include <QItemSelectionModel>
 #include <QLabel>
 #include <QListView>
@@ -28,6 +27,7 @@
 #include "app/PreviewWindow.h"
 #include "app/Prompts.h"
 #include "app/SlideListModel.h"
+#include "app/SlidePanel.h"
 #include "io/DiskCache.h"
 #include "io/TempFolder.h"
 #include "media/Exif.h"
@@ -69,6 +69,11 @@ MainWindow::MainWindow(bool batch, QWidget* parent) : QMainWindow(parent), batch
     list_->setDropIndicatorShown(true);
     list_->setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
     setCentralWidget(list_);
+    slidePanel_ = new SlidePanel(doc_, this);
+    addDockWidget(Qt::RightDockWidgetArea, slidePanel_);
+    slidePanel_->hide();
+    connect(list_->selectionModel(), &QItemSelectionModel::selectionChanged, this,
+            [this] { slidePanel_->setRows(selectedRows()); });
     status_ = new QLabel(this);
     statusBar()->addWidget(status_, 1);
 
@@ -199,6 +204,7 @@ void MainWindow::documentChanged(const QList<int>& rows) {
     const QList<int> keep = rows.isEmpty() ? selectedRows() : rows;
     model_->refresh();
     selectRows(keep);
+    slidePanel_->setRows(selectedRows());
     status_->setText(QString::fromStdString(doc_.show().statusText()));
     refreshTitle();
 }
@@ -340,12 +346,9 @@ void MainWindow::moveSelected(int delta) {
 }
 
 void MainWindow::slideProperties() {
-    const QList<int> rows = selectedRows();
-    if (rows.isEmpty()) return;
-    bool ok = false;
-    const double seconds = QInputDialog::getDouble(this, "Slide Properties", "Duration (seconds):",
-                                                   doc_.show().slideAt(rows.first())->duration / 1000.0, 0, 3600, 2, &ok);
-    if (ok) doc_.setDuration(rows, uint32_t(seconds * 1000 + 0.5));
+    slidePanel_->setRows(selectedRows());
+    slidePanel_->show();
+    slidePanel_->raise();
 }
 
 void MainWindow::showProperties() {

@@ -18,6 +18,7 @@ class QMenu;
 namespace quillet::app {
 
 class PreviewWindow;
+class SlidePanel;
 class SlideListModel;
 
 class MainWindow : public QMainWindow {
@@ -32,6 +33,7 @@ public:
     QListView* slideList() const { return list_; }
     SlideListModel* slideModel() const { return model_; }
     PreviewWindow* previewWindow() const { return preview_; }
+    SlidePanel* slidePanel() const { return slidePanel_; }
     QString statusText() const;
 
     bool openFile(const QString& path);
@@ -45,6 +47,8 @@ public:
     void deleteSelected();
     void duplicateSelected();
     void moveSelected(int delta);  // -1 up, +1 down
+    // Shows the slide property panel for the selected slides.
+    void slideProperties();
     QList<int> selectedRows() const;
     void selectRows(const QList<int>& rows);
     // Writes the movie; the result of the exporter (messages already shown).
@@ -71,7 +75,6 @@ private:
     bool save();
     bool saveAs();
     void insertImages();
-    void slideProperties();
     void showProperties();
     void exportShow();
     void publishShow();
@@ -88,6 +91,7 @@ private:
     QLabel* status_ = nullptr;
     QMenu* recentMenu_ = nullptr;
     PreviewWindow* preview_ = nullptr;
+    SlidePanel* slidePanel_ = nullptr;
     QTimer recoveryTimer_;
     bool busy_ = false;  // an export or publish run is using the show
 };

@@ -24,7 +24,8 @@ class CheckedSpin : public Base {
 public:
     using Base::Base;
     std::function<void(const QString&)> refused;
-    bool typed = false;  // edited by keyboard since the value was last shown
+    bool typed = false;              // edited by keyboard since the value was last shown
+    mutable bool refusedNow = false;  // the entry just finished was refused
 
     QLineEdit* edit() const { return Base::lineEdit(); }
     QValidator::State validate(QString& input, int& pos) const override {
@@ -34,12 +35,15 @@ public:
         return state == QValidator::Invalid && number ? QValidator::Intermediate : state;
     }
     void fixup(QString& input) const override {
-        if (!input.trimmed().isEmpty() && refused) refused(input.trimmed());
+        refusedNow = !input.trimmed().isEmpty();
+        if (refusedNow && refused) refused(input.trimmed());
         Base::fixup(input);
     }
 };
 using IntSpin = CheckedSpin<QSpinBox>;
 using RealSpin = CheckedSpin<QDoubleSpinBox>;
+
+const QString kMixed = "(mixed)";
 
 QString Number(double v, int decimals) { return QString::number(v, 'f', decimals); }
 
@@ -125,8 +129,7 @@ void OptionForm::setTable(OptionTable table) {
                     connect(s, &QSpinBox::valueChanged, this, [this, i](int v) { edited(i, v); });
                     connect(s->edit(), &QLineEdit::textEdited, s, [s] { s->typed = true; });
                     connect(s, &QSpinBox::editingFinished, this, [this, i, s] {
-                        if (std::exchange(s->typed, false) && message().isEmpty()) edited(i, s->value());
-                        if (!shown_[i]) s->edit()->clear();
+                        if (std::exchange(s->typed, false) && !std::exchange(s->refusedNow, false)) edited(i, s->value());
                     });
                     spin = s;
                 } else {
@@ -137,8 +140,7 @@ void OptionForm::setTable(OptionTable table) {
                     connect(s, &QDoubleSpinBox::valueChanged, this, [this, i](double v) { edited(i, v); });
                     connect(s->edit(), &QLineEdit::textEdited, s, [s] { s->typed = true; });
                     connect(s, &QDoubleSpinBox::editingFinished, this, [this, i, s] {
-                        if (std::exchange(s->typed, false) && message().isEmpty()) edited(i, s->value());
-                        if (!shown_[i]) s->edit()->clear();
+                        if (std::exchange(s->typed, false) && !std::exchange(s->refusedNow, false)) edited(i, s->value());
                     });
                     spin = s;
                 }
@@ -222,22 +224,23 @@ void OptionForm::setValues(const std::vector<std::optional<double>>& values) {
         QWidget* c = controls_[i];
         const std::optional<double> v = values[i];
         if (auto* box = qobject_cast<QComboBox*>(c)) {
-            box->setPlaceholderText(v ? QString() : QString("(mixed)"));
+            box->setPlaceholderText(v ? QString() : kMixed);
             box->setCurrentIndex(v ? int(*v) : -1);
         } else if (auto* s = dynamic_cast<IntSpin*>(c)) {
+            // Mixed shows as the special text at the bottom of the range.
             s->typed = false;
-            if (v) s->setValue(int(*v));
-            else s->edit()->clear();
+            s->setSpecialValueText(v ? QString() : kMixed);
+            s->setValue(v ? int(*v) : s->minimum());
         } else if (auto* r = dynamic_cast<RealSpin*>(c)) {
             r->typed = false;
-            if (v) r->setValue(*v);
-            else r->edit()->clear();
+            r->setSpecialValueText(v ? QString() : kMixed);
+            r->setValue(v ? *v : r->minimum());
         } else if (auto* check = qobject_cast<QCheckBox*>(c)) {
             check->setTristate(!v);
             check->setCheckState(!v ? Qt::PartiallyChecked : (*v != 0 ? Qt::Checked : Qt::Unchecked));
         } else if (auto* text = qobject_cast<QLineEdit*>(c)) {
             text->setText(v ? ColorText(uint32_t(*v)) : QString());
-            text->setPlaceholderText(v ? "#RRGGBB" : "(mixed)");
+            text->setPlaceholderText(v ? "#RRGGBB" : kMixed);
         }
     }
     updating_ = false;

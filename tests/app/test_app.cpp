@@ -3,13 +3,18 @@
 #include <unistd.h>
 
 #include <QApplication>
+#include <QCheckBox>
+#include <QComboBox>
 #include <QElapsedTimer>
+#include <QLineEdit>
+#include <QSpinBox>
 #include <QImage>
 #include <QListView>
 #include <QMimeData>
 #include <QPainter>
 #include <QProgressDialog>
 #include <QRandomGenerator>
+#include <QScrollArea>
 #include <QScreen>
 #include <QTemporaryDir>
 #include <QTest>
@@ -21,6 +26,8 @@
 #include "app/PreviewWindow.h"
 #include "app/Prompts.h"
 #include "app/SlideListModel.h"
+#include "app/SlidePanel.h"
+#include "effects/Transition.h"
 #include "model/ProjectFile.h"
 #include "model/Slide.h"
 #include "settings/AppSettings.h"
@@ -83,6 +90,33 @@ QStringList sources(MainWindow& w) {
     QStringList out;
     for (const auto& s : w.document().show().slides()) out << QFileInfo(QString::fromStdString(s->image.src)).fileName();
     return out;
+}
+
+// Types into a field and presses Enter, as a user does.
+void typeInto(QWidget* field, const QString& text) {
+    if (auto* spin = qobject_cast<QAbstractSpinBox*>(field)) spin->selectAll();
+    if (auto* line = qobject_cast<QLineEdit*>(field)) line->selectAll();
+    QTest::keyClicks(field, text);
+    QTest::keyClick(field, Qt::Key_Return);
+}
+
+// Sets an option form's field to `value` through its control.
+void enter(const OptionForm& form, size_t index, double value) {
+    QWidget* control = form.control(index);
+    const OptionSpec& row = form.table()[index];
+    if (auto* box = qobject_cast<QComboBox*>(control)) box->setCurrentIndex(int(value));
+    else if (auto* check = qobject_cast<QCheckBox*>(control)) {
+        if (check->checkState() != (value != 0 ? Qt::Checked : Qt::Unchecked)) check->click();
+    } else if (row.kind == OptionKind::Color) typeInto(control, ColorText(uint32_t(value)));
+    else typeInto(control, control->locale().toString(value, 'f', row.decimals));
+}
+
+// The panel's whole page (past the scrolled view) as a screenshot artefact.
+bool savePanel(QWidget* panel, const QString& name) {
+    QDir().mkpath(QUILLET_ARTEFACTS_DIR);
+    QTest::qWait(50);  // the layouts settle
+    QWidget* page = panel->findChild<QScrollArea*>()->widget();
+    return page->grab().save(QString(QUILLET_ARTEFACTS_DIR) + "/" + name);
 }
 
 bool offscreen() { return QGuiApplication::platformName() == "offscreen"; }
@@ -363,6 +397,125 @@ private slots:
         w.slideModel()->thumbnails().waitForDone();
         QCoreApplication::processEvents();
         QVERIFY(!w.slideModel()->data(w.slideModel()->index(999), Qt::DecorationRole).value<QImage>().isNull());
+    }
+
+    // Every transition's option table through the slide panel: the chooser
+    // picks the transition, each field is set as a user sets it (numbers at
+    // the top of their range, after one past it was refused), each edit is
+    // one undo step, and the saved file reads back with every value.
+    void transitionOptionsReachTheFile_data() {
+        QTest::addColumn<QString>("name");
+        for (const auto& prototype : TransitionRegistry::instance())
+            if (!prototype->Options().empty()) QTest::newRow(prototype->name().c_str()) << QString::fromStdString(prototype->name());
+    }
+    void transitionOptionsReachTheFile() {
+        QFETCH(QString, name);
+        MainWindow w;
+        w.resize(900, 900);
+        w.show();
+        QCOMPARE(w.insertPictures({red_, green_}, 0), 2);
+        w.selectRows({1});
+        w.slideProperties();
+        SlidePanel* panel = w.slidePanel();
+        QVERIFY(panel->isVisible());
+        QUndoStack& undo = w.document().undoStack();
+        panel->transitionChooser()->setCurrentIndex(panel->transitionChooser()->findText(name));
+        QCOMPARE(QString::fromStdString(w.document().show().slideAt(1)->transitionIn().name()), name);
+        const OptionForm& form = *panel->transitionOptions();
+        const OptionTable table = form.table();
+        QVERIFY(!table.empty());
+        std::vector<double> want;
+        int steps = undo.count();
+        for (size_t i = 0; i < table.size(); ++i) {
+            const OptionSpec& row = table[i];
+            double v = row.defaultValue;
+            switch (row.kind) {
+                case OptionKind::List: v = std::fmod(row.defaultValue + 1, double(row.items.size())); break;
+                case OptionKind::Bool: v = row.defaultValue != 0 ? 0 : 1; break;
+                case OptionKind::Color: v = 0x123456; break;
+                default: v = row.maxValue < 1e6 ? row.maxValue : row.defaultValue + 3; break;
+            }
+            want.push_back(v);
+            if (!form.control(i) || v == row.defaultValue) continue;
+            const bool number = row.kind == OptionKind::Integer || row.kind == OptionKind::Real;
+            if (number && row.maxValue < 1e6) {
+                typeInto(form.control(i), QString::number(row.maxValue + 1));
+                QVERIFY2(form.message().contains(QString::number(row.maxValue, 'f', row.kind == OptionKind::Real ? row.decimals : 0)),
+                         qPrintable(row.label + (" refused with: " + form.message())));
+                QCOMPARE(undo.count(), steps);
+            }
+            enter(form, i, v);
+            QVERIFY2(undo.count() == ++steps, row.label);
+        }
+        if (name == "Slide In From" || name == "Color Fade")
+            QVERIFY(savePanel(panel, "slide-panel-" + name.toLower().replace(' ', '-') + ".png"));
+        if (name == "Push") QVERIFY(QTest::qWaitFor([] { return false; }, 50) || w.grab().save(QString(QUILLET_ARTEFACTS_DIR) + "/main-window-slide-panel.png"));
+        QVERIFY(w.saveTo(file("options.qpj")));
+        QFile saved(file("options.qpj"));
+        QVERIFY(saved.open(QIODevice::ReadOnly));
+        const QString project = QString::fromUtf8(saved.readAll());
+        const qsizetype at = project.indexOf("<transition name=\"" + name + "\"");
+        QVERIFY(at >= 0);
+        const QString line = project.mid(at, project.indexOf('\n', at) - at);
+        MainWindow again;
+        QVERIFY(again.openFile(file("options.qpj")));
+        QCOMPARE(again.document().show().slideAt(0)->transitionIn().name(), std::string("None"));
+        const Transition& read = again.document().show().slideAt(1)->transitionIn();
+        for (size_t i = 0; i < table.size(); ++i) {
+            if (!table[i].attribute) continue;
+            QVERIFY2(line.contains(QString(" %1=\"").arg(table[i].attribute)), qPrintable(line));
+            QVERIFY2(std::abs(read.OptionValue(i) - want[i]) <= 1e-4 * std::max(1.0, std::abs(want[i])),
+                     qPrintable(QString("%1: %2, wanted %3").arg(table[i].attribute).arg(read.OptionValue(i)).arg(want[i])));
+        }
+    }
+
+    // Several slides at once: a field whose values differ shows as mixed and
+    // stays as it was; an edited field goes to every slide as one undo step,
+    // and the slide rows and the status line follow.
+    void multiSlideEdit() {
+        MainWindow w;
+        w.resize(900, 1000);
+        w.show();
+        QCOMPARE(w.insertPictures({red_, green_, blue_}, 0), 3);
+        w.document().setDuration({0}, 3000);
+        w.document().setDuration({1}, 5000);
+        w.selectRows({0, 1, 2});
+        w.slideProperties();
+        SlidePanel* panel = w.slidePanel();
+        auto* duration = qobject_cast<QAbstractSpinBox*>(panel->form("slide")->control(0));
+        QVERIFY(duration);
+        QCOMPARE(duration->text(), QString("(mixed)"));
+        QVERIFY(savePanel(panel, "slide-panel-three-slides.png"));
+        QUndoStack& undo = w.document().undoStack();
+        const int before = undo.count();
+        typeInto(panel->form("popup")->control(0), "640");
+        panel->transitionChooser()->setCurrentIndex(panel->transitionChooser()->findText("Push"));
+        typeInto(panel->textField("URL"), "http://example.org/");
+        QCOMPARE(undo.count(), before + 3);
+        const SlideShow& show = w.document().show();
+        for (int i = 0; i < 3; ++i) {
+            const Slide& s = *show.slideAt(i);
+            QCOMPARE(s.duration, std::vector<uint32_t>({3000, 5000, 2000})[size_t(i)]);
+            QCOMPARE(s.popup.width, 640);
+            QCOMPARE(s.transitionIn().name(), std::string("Push"));
+            QCOMPARE(s.clickAction.url, std::string("http://example.org/"));
+        }
+        QCOMPARE(duration->text(), QString("(mixed)"));
+        undo.undo();
+        undo.undo();
+        QCOMPARE(show.slideAt(2)->transitionIn().name(), std::string("None"));
+        QCOMPARE(show.slideAt(2)->popup.width, 640);
+        undo.undo();
+        for (int i = 0; i < 3; ++i) QCOMPARE(show.slideAt(i)->popup.width, 100);
+        QCOMPARE(panel->form("popup")->control(0)->property("value").toInt(), 100);
+        // The duration typed once for all three: the rows show it.
+        typeInto(duration, "4.5");
+        for (int i = 0; i < 3; ++i) {
+            QCOMPARE(show.slideAt(i)->duration, 4500u);
+            QVERIFY(w.slideModel()->index(i).data().toString().endsWith("(4.50 sec)"));
+        }
+        QCOMPARE(w.statusText(), QString::fromStdString(show.statusText()));
+        QVERIFY(w.document().modified());
     }
 
     // Needs a display: the demo show in the main window and its preview.

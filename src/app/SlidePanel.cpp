@@ -1,0 +1,288 @@
+#include "app/SlidePanel.h"
+
+#include <QComboBox>
+#include <QFormLayout>
+#include <QGroupBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QScrollArea>
+#include <QScrollBar>
+#include <QVBoxLayout>
+
+#include "app/Document.h"
+#include "effects/OverlayEffect.h"
+#include "effects/Transition.h"
+#include "model/Slide.h"
+
+namespace quillet::app {
+
+namespace {
+
+double Seconds(uint32_t ms) { return ms / 1000.0; }
+uint32_t Milliseconds(double seconds) { return uint32_t(seconds * 1000 + 0.5); }
+
+constexpr OptionSpec SecondsRow(const char* label) {
+    return {.kind = OptionKind::Real, .label = label, .defaultValue = 2, .minValue = 0, .maxValue = 3600,
+            .decimals = 2, .trailingLabel = "seconds"};
+}
+constexpr OptionSpec Whole(const char* label, double lo, double hi, double def, const char* unit = "") {
+    return {.kind = OptionKind::Integer, .label = label, .defaultValue = def, .minValue = lo, .maxValue = hi,
+            .trailingLabel = unit};
+}
+constexpr OptionSpec Box(const char* label) { return {.kind = OptionKind::Bool, .label = label}; }
+constexpr OptionSpec Choice(const char* label, NameList items) {
+    return {.kind = OptionKind::List, .label = label, .items = items};
+}
+
+constinit const OptionSpec kSlideRows[] = {SecondsRow("Duration:")};
+constinit const SlideBinding kSlideBind[] = {
+    {[](const Slide& s) { return Seconds(s.duration); }, [](Slide& s, double v) { s.duration = Milliseconds(v); }}};
+
+constinit const OptionSpec kTransitionRows[] = {SecondsRow("Duration:")};
+constinit const SlideBinding kTransitionBind[] = {
+    {[](const Slide& s) { return Seconds(s.transitionIn().duration()); },
+     [](Slide& s, double v) { s.transitionIn().SetDuration(Milliseconds(v)); }}};
+
+// In the order of the click action's type values.
+constexpr const char* kClickTypes[] = {"Go to URL",     "Load Movie",  "Next Slide", "Previous Slide",
+                                       "Jump to Slide", "First Slide", "Last Slide", "Print"};
+constinit const OptionSpec kClickRows[] = {
+    Box("Clicking the slide runs an action"), Choice("Action:", kClickTypes),
+    Whole("Jump to slide:", 1, 100000, 1), Box("Open the URL in the popup window"),
+    Box("Pause the show after the action"), Box("Load a URL when the slide is shown")};
+constinit const SlideBinding kClickBind[] = {
+    {[](const Slide& s) { return double(s.clickAction.enable); }, [](Slide& s, double v) { s.clickAction.enable = v != 0; }},
+    {[](const Slide& s) { return double(s.clickAction.type); },
+     [](Slide& s, double v) { s.clickAction.type = ClickAction::Type(int(v)); }},
+    {[](const Slide& s) { return double(s.clickAction.jumpTo); }, [](Slide& s, double v) { s.clickAction.jumpTo = int(v); }},
+    {[](const Slide& s) { return double(s.clickAction.popup); }, [](Slide& s, double v) { s.clickAction.popup = v != 0; }},
+    {[](const Slide& s) { return double(s.clickAction.pauseAfter); },
+     [](Slide& s, double v) { s.clickAction.pauseAfter = v != 0; }},
+    {[](const Slide& s) { return double(s.clickAction.loadUrlOnDisplay); },
+     [](Slide& s, double v) { s.clickAction.loadUrlOnDisplay = v != 0; }}};
+
+constinit const OptionSpec kPopupRows[] = {
+    Whole("Width:", 0, 10000, 100, "pixels"), Whole("Height:", 0, 10000, 100, "pixels"),
+    Whole("Left:", -10000, 10000, 0, "pixels"), Whole("Top:", -10000, 10000, 0, "pixels"),
+    Box("Resizable"), Box("Toolbar"), Box("Scroll bars"), Box("Directory buttons"), Box("Status bar"),
+    Box("Location bar"), Box("Menu bar")};
+#define POPUP_INT(f) {[](const Slide& s) { return double(s.popup.f); }, [](Slide& s, double v) { s.popup.f = int(v); }}
+#define POPUP_BOOL(f) {[](const Slide& s) { return double(s.popup.f); }, [](Slide& s, double v) { s.popup.f = v != 0; }}
+constinit const SlideBinding kPopupBind[] = {POPUP_INT(width),      POPUP_INT(height),     POPUP_INT(x),
+                                             POPUP_INT(y),          POPUP_BOOL(resizable), POPUP_BOOL(toolbar),
+                                             POPUP_BOOL(scrollbar), POPUP_BOOL(directory), POPUP_BOOL(status),
+                                             POPUP_BOOL(location),  POPUP_BOOL(menubar)};
+#undef POPUP_INT
+#undef POPUP_BOOL
+
+// In the order of the image type values.
+constexpr const char* kImageTypes[] = {"JPEG",
+                                       "8-bit colour",
+                                       "15-bit colour",
+                                       "24-bit colour",
+                                       "JPEG, separate file",
+                                       "JPEG, imported data",
+                                       "JPEG with transparency",
+                                       "8-bit colour with transparency",
+                                       "24-bit colour with transparency"};
+constexpr const char* kHAligns[] = {"Left", "Center", "Right"};
+constexpr const char* kVAligns[] = {"Top", "Center", "Bottom"};
+constinit const OptionSpec kPictureRows[] = {
+    Choice("Image type:", kImageTypes), Whole("JPEG quality:", 1, 100, 80), Box("Scale to fit the stage"),
+    Box("Keep aspect ratio"),           Box("Align automatically"),        Choice("Horizontal:", kHAligns),
+    Choice("Vertical:", kVAligns)};
+constinit const SlideBinding kPictureBind[] = {
+    {[](const Slide& s) { return double(s.image.imageType); }, [](Slide& s, double v) { s.image.imageType = ImageType(int(v)); }},
+    {[](const Slide& s) { return double(s.image.quality); }, [](Slide& s, double v) { s.image.quality = int(v); }},
+    {[](const Slide& s) { return double(s.image.scaleToFit); }, [](Slide& s, double v) { s.image.scaleToFit = v != 0; }},
+    {[](const Slide& s) { return double(s.image.keepAspectRatio); },
+     [](Slide& s, double v) { s.image.keepAspectRatio = v != 0; }},
+    {[](const Slide& s) { return double(s.image.autoAlign); }, [](Slide& s, double v) { s.image.autoAlign = v != 0; }},
+    {[](const Slide& s) { return double(s.image.hAlign); }, [](Slide& s, double v) { s.image.hAlign = HAlign(int(v)); }},
+    {[](const Slide& s) { return double(s.image.vAlign); }, [](Slide& s, double v) { s.image.vAlign = VAlign(int(v)); }}};
+
+QString ShownOverlayName(const Slide& s) {
+    const std::string& name = s.overlayEffect().name();
+    return name.empty() ? QString("None") : QString::fromStdString(name);  // a new slide's effect is unnamed
+}
+
+}  // namespace
+
+SlidePanel::SlidePanel(Document& doc, QWidget* parent) : QDockWidget("Slide Properties", parent), doc_(doc) {
+    setObjectName("SlidePanel");
+    auto* scroll = new QScrollArea(this);
+    scroll->setWidgetResizable(true);
+    auto* page = new QWidget(scroll);
+    auto* column = new QVBoxLayout(page);
+    heading_ = new QLabel(page);
+    heading_->setStyleSheet("font-weight: bold");
+    column->addWidget(heading_);
+    body_ = new QWidget(page);
+    auto* sections = new QVBoxLayout(body_);
+    sections->setContentsMargins(0, 0, 0, 0);
+    column->addWidget(body_);
+    column->addStretch();
+    setWidget(scroll);
+
+    sections->addWidget(addSection("slide", "Slide", kSlideRows, kSlideBind, body_));
+
+    QWidget* transition = addSection("transition", "Transition", kTransitionRows, kTransitionBind, body_);
+    transitionChooser_ = new QComboBox(transition);
+    for (const auto& prototype : TransitionRegistry::instance())
+        transitionChooser_->addItem(QString::fromStdString(prototype->name()));
+    auto* chooserRow = new QFormLayout;
+    chooserRow->addRow("Transition:", transitionChooser_);
+    auto* box = static_cast<QVBoxLayout*>(transition->layout());
+    box->insertLayout(0, chooserRow);
+    transitionOptions_ = new OptionForm(transition);
+    box->addWidget(transitionOptions_);
+    transitionNote_ = new QLabel("The selected slides have different transitions.", transition);
+    box->addWidget(transitionNote_);
+    sections->addWidget(transition);
+    connect(transitionChooser_, &QComboBox::currentIndexChanged, this, [this](int index) {
+        const Transition* prototype = TransitionRegistry::instance().At(index);
+        if (updating_ || !prototype) return;
+        edit("Transition", [prototype](Slide& s) {
+            if (s.transitionIn().name() == prototype->name()) return;
+            auto chosen = prototype->CreateInstance();
+            chosen->SetDuration(s.transitionIn().duration());  // the slide keeps its timing
+            s.setTransitionIn(std::move(chosen));
+        });
+    });
+    connect(transitionOptions_, &OptionForm::valueEdited, this, [this](int index, double value) {
+        edit("Transition Options", [index, value](Slide& s) { s.transitionIn().SetOptionValue(size_t(index), value); });
+    });
+
+    auto* overlay = new QGroupBox("Overlay effect", body_);
+    auto* overlayRow = new QFormLayout(overlay);
+    overlayChooser_ = new QComboBox(overlay);
+    for (const auto& prototype : OverlayEffectRegistry::instance())
+        overlayChooser_->addItem(QString::fromStdString(prototype->name()));
+    overlayRow->addRow("Effect:", overlayChooser_);
+    sections->addWidget(overlay);
+    connect(overlayChooser_, &QComboBox::currentIndexChanged, this, [this](int index) {
+        if (updating_ || index < 0) return;
+        const std::string name = overlayChooser_->itemText(index).toStdString();
+        edit("Overlay Effect", [name](Slide& s) {
+            if (s.overlayEffect().name() != name) s.setOverlayEffect(MakeOverlayEffect(name));
+        });
+    });
+
+    QWidget* click = addSection("click", "Click action", kClickRows, kClickBind, body_);
+    auto* clickTexts = new QFormLayout;
+    static_cast<QVBoxLayout*>(click->layout())->addLayout(clickTexts);
+    const std::pair<const char*, std::string& (*)(Slide&)> fields[] = {
+        {"URL:", [](Slide& s) -> std::string& { return s.clickAction.url; }},
+        {"Target:", [](Slide& s) -> std::string& { return s.clickAction.target; }},
+        {"URL on display:", [](Slide& s) -> std::string& { return s.clickAction.onDisplayLoadUrl; }},
+        {"Target on display:", [](Slide& s) -> std::string& { return s.clickAction.onDisplayLoadTarget; }}};
+    for (const auto& [label, field] : fields) {
+        auto* line = new QLineEdit(click);
+        clickTexts->addRow(label, line);
+        texts_.push_back({QString(label).remove(':'), {line, field}});
+        connect(line, &QLineEdit::editingFinished, this, [this, line, field = field, label = QString(label)] {
+            if (updating_ || (line->text().isEmpty() && !line->placeholderText().isEmpty())) return;
+            const std::string text = line->text().toStdString();
+            edit(QString(label).remove(':'), [field, text](Slide& s) { field(s) = text; });
+        });
+    }
+    sections->addWidget(click);
+    sections->addWidget(addSection("popup", "Popup window", kPopupRows, kPopupBind, body_));
+    sections->addWidget(addSection("picture", "Picture", kPictureRows, kPictureBind, body_));
+    scroll->setWidget(page);
+    refresh();
+    // Wide enough for the fields; long panels scroll down, never sideways.
+    scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    scroll->setMinimumWidth(page->sizeHint().width() + scroll->verticalScrollBar()->sizeHint().width() + 4);
+}
+
+QWidget* SlidePanel::addSection(const QString& name, const QString& title, OptionTable table,
+                                std::span<const SlideBinding> bind, QWidget* parent) {
+    auto* group = new QGroupBox(title, parent);
+    auto* box = new QVBoxLayout(group);
+    auto* form = new OptionForm(group);
+    form->setTable(table);
+    box->addWidget(form);
+    sections_.push_back({name, {form, bind}});
+    connect(form, &OptionForm::valueEdited, this, [this, table, bind](int index, double value) {
+        const SlideBinding b = bind[size_t(index)];
+        edit(QString(table[size_t(index)].label).remove(':'), [b, value](Slide& s) { b.set(s, value); });
+    });
+    return group;
+}
+
+OptionForm* SlidePanel::form(const QString& name) const {
+    for (const auto& [n, section] : sections_)
+        if (n == name) return section.form;
+    return nullptr;
+}
+
+QLineEdit* SlidePanel::textField(const QString& name) const {
+    for (const auto& [n, text] : texts_)
+        if (n == name) return text.edit;
+    return nullptr;
+}
+
+void SlidePanel::edit(const QString& what, const std::function<void(Slide&)>& change) {
+    doc_.editSlides(rows_, "Slide Properties: " + what, change);
+}
+
+std::vector<const Slide*> SlidePanel::slides() const {
+    std::vector<const Slide*> out;
+    for (int row : rows_)
+        if (const Slide* s = doc_.show().slideAt(row)) out.push_back(s);
+    return out;
+}
+
+void SlidePanel::setRows(const QList<int>& rows) {
+    rows_ = rows;
+    refresh();
+}
+
+void SlidePanel::refresh() {
+    const std::vector<const Slide*> all = slides();
+    updating_ = true;
+    heading_->setText(all.empty() ? QString("No slide selected")
+                      : all.size() == 1 ? QString("Slide %1").arg(rows_.first() + 1)
+                                        : QString("%1 slides selected").arg(all.size()));
+    body_->setEnabled(!all.empty());
+    // One value when every slide has it, else mixed.
+    auto common = [&all](auto get) -> std::optional<decltype(get(*all.front()))> {
+        if (all.empty()) return std::nullopt;
+        const auto first = get(*all.front());
+        for (const Slide* s : all)
+            if (!(get(*s) == first)) return std::nullopt;
+        return first;
+    };
+    for (const auto& [name, section] : sections_) {
+        std::vector<std::optional<double>> values;
+        for (const SlideBinding& b : section.bind) values.push_back(common(b.get));
+        section.form->setValues(values);
+    }
+    for (const auto& [name, text] : texts_) {
+        const auto value = common([f = text.field](const Slide& s) { return f(const_cast<Slide&>(s)); });
+        text.edit->setText(value ? QString::fromStdString(*value) : QString());
+        text.edit->setPlaceholderText(value ? QString() : QString("(mixed)"));
+    }
+
+    const auto transition = common([](const Slide& s) { return s.transitionIn().name(); });
+    const Transition* prototype = transition ? TransitionRegistry::instance().Find(*transition) : nullptr;
+    transitionChooser_->setPlaceholderText(transition ? QString() : QString("(mixed)"));
+    transitionChooser_->setCurrentIndex(
+        transition ? transitionChooser_->findText(QString::fromStdString(*transition)) : -1);
+    const OptionTable table = prototype ? prototype->Options() : OptionTable{};
+    if (table.data() != transitionOptions_->table().data() || table.size() != transitionOptions_->table().size())
+        transitionOptions_->setTable(table);
+    std::vector<std::optional<double>> options;
+    for (size_t i = 0; i < table.size(); ++i)
+        options.push_back(common([i](const Slide& s) { return s.transitionIn().OptionValue(i); }));
+    transitionOptions_->setValues(options);
+    transitionNote_->setVisible(!all.empty() && !transition);
+
+    const auto overlay = common(ShownOverlayName);
+    overlayChooser_->setPlaceholderText(overlay ? QString() : QString("(mixed)"));
+    overlayChooser_->setCurrentIndex(overlay ? overlayChooser_->findText(*overlay) : -1);
+    updating_ = false;
+}
+
+}  // namespace quillet::app

@@ -1,0 +1,80 @@
+// The slide property panel: a dock beside the slide list that edits the
+// selected slides. With several slides selected a field whose values differ
+// shows as mixed and is left alone unless edited; an edit applies to all of
+// them as one undo step.
+#pragma once
+
+#include <QDockWidget>
+#include <QList>
+#include <span>
+#include <vector>
+
+#include "app/OptionForm.h"
+
+class QComboBox;
+class QLabel;
+class QLineEdit;
+
+namespace quillet {
+class Slide;
+}
+
+namespace quillet::app {
+
+class Document;
+
+// How one row of a panel table reads and writes its slide field, in the
+// units of the row's control.
+struct SlideBinding {
+    double (*get)(const Slide&);
+    void (*set)(Slide&, double);
+};
+
+class SlidePanel : public QDockWidget {
+    Q_OBJECT
+public:
+    explicit SlidePanel(Document& doc, QWidget* parent = nullptr);
+
+    // The slides the panel edits (0-based rows); refreshes the fields.
+    void setRows(const QList<int>& rows);
+    QList<int> rows() const { return rows_; }
+    // Shows the slides' values again (after an edit or an undo).
+    void refresh();
+
+    QComboBox* transitionChooser() const { return transitionChooser_; }
+    QComboBox* overlayChooser() const { return overlayChooser_; }
+    // The selected slides' transition options; empty while they differ in transition.
+    OptionForm* transitionOptions() const { return transitionOptions_; }
+    // The forms of the slide's own fields: "slide" (duration), "transition"
+    // (its duration), "click", "popup", "picture".
+    OptionForm* form(const QString& name) const;
+    QLineEdit* textField(const QString& name) const;
+
+private:
+    struct Section {
+        OptionForm* form;
+        std::span<const SlideBinding> bind;
+    };
+    struct TextField {
+        QLineEdit* edit;
+        std::string& (*field)(Slide&);
+    };
+    QWidget* addSection(const QString& name, const QString& title, OptionTable table,
+                        std::span<const SlideBinding> bind, QWidget* parent);
+    void edit(const QString& what, const std::function<void(Slide&)>& change);
+    std::vector<const Slide*> slides() const;
+
+    Document& doc_;
+    QList<int> rows_;
+    QLabel* heading_ = nullptr;
+    QWidget* body_ = nullptr;
+    QComboBox* transitionChooser_ = nullptr;
+    QComboBox* overlayChooser_ = nullptr;
+    OptionForm* transitionOptions_ = nullptr;
+    QLabel* transitionNote_ = nullptr;
+    std::vector<std::pair<QString, Section>> sections_;
+    std::vector<std::pair<QString, TextField>> texts_;
+    bool updating_ = false;
+};
+
+}  // namespace quillet::app
