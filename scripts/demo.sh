@@ -21,10 +21,12 @@ ln -sfn demo-ruffle.html "$OUT/index.html"
 "$QUILLET" info "$OUT/demo.swf" | sed -n 1,6p
 "$QUILLET" info "$OUT/demo.swf" | grep -E "DefineSound|SoundStreamHead" || true
 
-# A look at the movie as Ruffle plays it: one frame every 1.5 s, which lands in
-# most of the show's transitions, and a contact sheet of them all.
+# A look at the movie as Ruffle plays it: the preloader's first frame, then one
+# frame every 1.5 s through the 106 s show, which lands in most of its
+# transitions, and a contact sheet of them all.
 if [ -f tests/e2e/lib/ruffle-shoot.mjs ]; then
-  times=$(seq -s, 1000 1500 95000)
+  times=100,$(seq -s, 1000 1500 106000)
+  rm -f "$OUT"/frames/demo-*ms.png   # a sheet of this run's shots only
   node tests/e2e/lib/ruffle-shoot.mjs --movie "$OUT/demo.swf" --size 640x480 \
     --times "$times" --out "$OUT/frames" --name demo >/dev/null &&
     montage $(ls -v "$OUT"/frames/demo-*ms.png) -tile 8x -geometry 160x120+2+2 "$OUT/frames/sheet.png" &&
