@@ -7,9 +7,11 @@
 #include <algorithm>
 #include <numeric>
 
+#include "effects/CameraEffect.h"
 #include "effects/OverlayEffect.h"
 #include "effects/Transition.h"
 #include "io/OutputFile.h"
+#include "media/ImageFilter.h"
 #include "model/ProjectFile.h"
 #include "model/Slide.h"
 #include "settings/AppSettings.h"
@@ -141,10 +143,15 @@ struct SlideFields {
     PopupWindow popup;
     std::unique_ptr<Transition> transition;
     std::string overlay;
+    std::vector<std::unique_ptr<ImageFilter>> filters;
+    std::vector<std::unique_ptr<CameraEffect>> moves;
 
     explicit SlideFields(const Slide& s)
         : duration(s.duration), image(s.image), click(s.clickAction), popup(s.popup),
-          transition(s.transitionIn().Clone()), overlay(s.overlayEffect().name()) {}
+          transition(s.transitionIn().Clone()), overlay(s.overlayEffect().name()) {
+        for (const auto& f : s.imageFilters()) filters.push_back(f->Clone());
+        for (const auto& m : s.cameraEffects()) moves.push_back(m->Clone());
+    }
     void applyTo(Slide& s) const {
         s.duration = duration;
         s.image = image;
@@ -152,11 +159,33 @@ struct SlideFields {
         s.popup = popup;
         s.setTransitionIn(transition->Clone());
         if (s.overlayEffect().name() != overlay) s.setOverlayEffect(MakeOverlayEffect(overlay));
+        if (!SameFilters(s.imageFilters(), filters)) {
+            while (s.removeFilter(0)) {}
+            for (const auto& f : filters) s.addFilter(f->Clone());
+            s.dropCachedBitmap();  // the prepared picture had the other filters
+        }
+        if (!SameMoves(s.cameraEffects(), moves)) {
+            while (s.removeCameraEffect(0)) {}
+            for (const auto& m : moves) s.addCameraEffect(m->Clone());
+        }
+    }
+    static bool SameFilters(const std::vector<std::unique_ptr<ImageFilter>>& a,
+                            const std::vector<std::unique_ptr<ImageFilter>>& b) {
+        return std::equal(a.begin(), a.end(), b.begin(), b.end(), [](const auto& x, const auto& y) {
+            return x->name() == y->name() && x->options() == y->options();
+        });
+    }
+    static bool SameMoves(const std::vector<std::unique_ptr<CameraEffect>>& a,
+                          const std::vector<std::unique_ptr<CameraEffect>>& b) {
+        return std::equal(a.begin(), a.end(), b.begin(), b.end(), [](const auto& x, const auto& y) {
+            return x->name() == y->name() && x->duration == y->duration && x->options() == y->options();
+        });
     }
     bool operator==(const SlideFields& o) const {
         return duration == o.duration && image == o.image && click == o.click && popup == o.popup &&
                transition->name() == o.transition->name() && transition->duration() == o.transition->duration() &&
-               transition->options() == o.transition->options() && overlay == o.overlay;
+               transition->options() == o.transition->options() && overlay == o.overlay &&
+               SameFilters(filters, o.filters) && SameMoves(moves, o.moves);
     }
 };
 

@@ -61,8 +61,8 @@ public:
     void setDuration(QList<int> rows, uint32_t ms);
     // One undo step over the slides at `rows`: `edit` runs on each, then the
     // slide is refitted to the stage. Undo puts back what the property panel
-    // edits: duration, picture settings, transition, overlay effect, click
-    // action and popup window. Nothing is recorded when no slide changed.
+    // edits: duration, picture settings, transition, overlay effect, camera
+    // moves, filters, click action and popup window. Nothing is recorded when no slide changed.
     void editSlides(QList<int> rows, const QString& text, const std::function<void(Slide&)>& edit);
     ShowSettings showSettings() const;
     // A new stage size refits the slides; visible bounds that covered the

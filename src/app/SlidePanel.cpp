@@ -5,13 +5,17 @@
 #include <QGroupBox>
 #include <QLabel>
 #include <QLineEdit>
+#include <QListWidget>
+#include <QPushButton>
 #include <QScrollArea>
 #include <QScrollBar>
 #include <QVBoxLayout>
 
 #include "app/Document.h"
+#include "effects/CameraEffect.h"
 #include "effects/OverlayEffect.h"
 #include "effects/Transition.h"
+#include "media/ImageFilter.h"
 #include "model/Slide.h"
 
 namespace quillet::app {
@@ -101,6 +105,94 @@ constinit const SlideBinding kPictureBind[] = {
     {[](const Slide& s) { return double(s.image.hAlign); }, [](Slide& s, double v) { s.image.hAlign = HAlign(int(v)); }},
     {[](const Slide& s) { return double(s.image.vAlign); }, [](Slide& s, double v) { s.image.vAlign = VAlign(int(v)); }}};
 
+constinit const OptionSpec kMoveRows[] = {SecondsRow("Duration:")};
+
+}  // namespace
+
+// How the panel reaches one kind of effect list on a slide.
+struct EffectOps {
+    QStringList (*names)();  // what the chooser offers
+    int (*count)(const Slide&);
+    QString (*text)(const Slide&, int);
+    OptionTable (*table)(const Slide&, int);
+    double (*value)(const Slide&, int, size_t);
+    void (*setValue)(Slide&, int, size_t, double);
+    void (*insert)(Slide&, int at, const std::string& name);
+    void (*remove)(Slide&, int);
+    void (*move)(Slide&, int from, int to);
+};
+
+namespace {
+
+template <class R>
+QStringList Names(const R& registry) {
+    QStringList out;
+    for (const auto& p : registry) out << QString::fromStdString(p->name());
+    return out;
+}
+
+// Filters have no insertion: the list is rebuilt in the new order.
+void RebuildFilters(Slide& s, std::vector<std::unique_ptr<ImageFilter>> order) {
+    while (s.removeFilter(0)) {}
+    for (auto& f : order) s.addFilter(std::move(f));
+    s.dropCachedBitmap();  // the prepared picture had the other filters
+}
+std::vector<std::unique_ptr<ImageFilter>> FilterCopies(const Slide& s) {
+    std::vector<std::unique_ptr<ImageFilter>> out;
+    for (const auto& f : s.imageFilters()) out.push_back(f->Clone());
+    return out;
+}
+
+constinit const EffectOps kCameraOps = {
+    [] { return Names(CameraEffectRegistry::instance()); },
+    [](const Slide& s) { return int(s.cameraEffectCount()); },
+    [](const Slide& s, int i) {
+        const CameraEffect& m = *s.cameraMoveAt(i);
+        const std::string what = m.Describe();
+        return QString("%1 (%2 sec)%3").arg(QString::fromStdString(m.name())).arg(m.duration / 1000.0, 0, 'f', 2)
+            .arg(what.empty() ? QString() : ": " + QString::fromStdString(what));
+    },
+    [](const Slide& s, int i) { return s.cameraMoveAt(i)->Options(); },
+    [](const Slide& s, int i, size_t o) { return s.cameraMoveAt(i)->options().Value(o); },
+    [](Slide& s, int i, size_t o, double v) { s.cameraMoveAt(i)->options().SetValue(o, v); },
+    [](Slide& s, int at, const std::string& name) {
+        if (const CameraEffect* p = CameraEffectRegistry::instance().Find(name)) s.addCameraEffect(p->Clone(), at);
+    },
+    [](Slide& s, int i) { s.removeCameraEffect(i); },
+    [](Slide& s, int from, int to) {
+        auto move = s.cameraMoveAt(from)->Clone();
+        s.removeCameraEffect(from);
+        s.addCameraEffect(std::move(move), to);
+    }};
+
+constinit const EffectOps kFilterOps = {
+    [] { return Names(ImageFilterRegistry::instance()); },
+    [](const Slide& s) { return int(s.imageFilters().size()); },
+    [](const Slide& s, int i) { return QString::fromStdString(s.imageFilters()[size_t(i)]->name()); },
+    [](const Slide& s, int i) { return s.imageFilters()[size_t(i)]->Options(); },
+    [](const Slide& s, int i, size_t o) { return s.imageFilters()[size_t(i)]->OptionValue(o); },
+    [](Slide& s, int i, size_t o, double v) {
+        s.imageFilters()[size_t(i)]->SetOptionValue(o, v);
+        s.dropCachedBitmap();
+    },
+    [](Slide& s, int at, const std::string& name) {
+        auto order = FilterCopies(s);
+        if (auto f = ImageFilterRegistry::instance().Create(name))
+            order.insert(order.begin() + std::clamp<ptrdiff_t>(at, 0, ptrdiff_t(order.size())), std::move(f));
+        RebuildFilters(s, std::move(order));
+    },
+    [](Slide& s, int i) {
+        s.removeFilter(i);
+        s.dropCachedBitmap();
+    },
+    [](Slide& s, int from, int to) {
+        auto order = FilterCopies(s);
+        auto moved = std::move(order[size_t(from)]);
+        order.erase(order.begin() + from);
+        order.insert(order.begin() + to, std::move(moved));
+        RebuildFilters(s, std::move(order));
+    }};
+
 QString ShownOverlayName(const Slide& s) {
     const std::string& name = s.overlayEffect().name();
     return name.empty() ? QString("None") : QString::fromStdString(name);  // a new slide's effect is unnamed
@@ -168,6 +260,9 @@ SlidePanel::SlidePanel(Document& doc, QWidget* parent) : QDockWidget("Slide Prop
         });
     });
 
+    sections->addWidget(addEffectList("camera", "Camera moves", kCameraOps, body_));
+    sections->addWidget(addEffectList("filters", "Filters", kFilterOps, body_));
+
     QWidget* click = addSection("click", "Click action", kClickRows, kClickBind, body_);
     auto* clickTexts = new QFormLayout;
     static_cast<QVBoxLayout*>(click->layout())->addLayout(clickTexts);
@@ -209,6 +304,122 @@ QWidget* SlidePanel::addSection(const QString& name, const QString& title, Optio
         edit(QString(table[size_t(index)].label).remove(':'), [b, value](Slide& s) { b.set(s, value); });
     });
     return group;
+}
+
+QWidget* SlidePanel::addEffectList(const QString& name, const QString& title, const EffectOps& ops, QWidget* parent) {
+    auto* group = new QGroupBox(title, parent);
+    auto* box = new QVBoxLayout(group);
+    auto* list = new QListWidget(group);
+    list->setMaximumHeight(90);
+    box->addWidget(list);
+    auto* buttons = new QHBoxLayout;
+    auto* chooser = new QComboBox(group);
+    chooser->addItems(ops.names());
+    buttons->addWidget(chooser, 1);
+    const std::pair<const char*, std::function<void()>> actions[] = {
+        {"Add", [this, name] { addEffect(name); }},
+        {"Remove", [this, name] { removeEffect(name); }},
+        {"Up", [this, name] { moveEffect(name, -1); }},
+        {"Down", [this, name] { moveEffect(name, +1); }}};
+    for (const auto& [text, action] : actions) {
+        auto* button = new QPushButton(text, group);
+        connect(button, &QPushButton::clicked, this, action);
+        buttons->addWidget(button);
+    }
+    box->addLayout(buttons);
+    auto* note = new QLabel(QString("Select one slide to edit its %1.").arg(title.toLower()), group);
+    box->addWidget(note);
+    if (&ops == &kCameraOps) {
+        cameraDuration_ = new OptionForm(group);
+        cameraDuration_->setTable(kMoveRows);
+        box->addWidget(cameraDuration_);
+        connect(cameraDuration_, &OptionForm::valueEdited, this, [this, list](int, double value) {
+            const int at = list->currentRow();
+            edit("Camera Move Duration", [at, value](Slide& s) {
+                if (CameraEffect* m = s.cameraMoveAt(at)) m->duration = Milliseconds(value);
+            });
+        });
+    }
+    auto* form = new OptionForm(group);
+    box->addWidget(form);
+    effects_.push_back({name, {&ops, group, list, chooser, form, note}});
+    connect(form, &OptionForm::valueEdited, this, [this, list, &ops, title](int index, double value) {
+        const int at = list->currentRow();
+        edit(title + " Options", [&ops, at, index, value](Slide& s) {
+            if (at >= 0 && at < ops.count(s)) ops.setValue(s, at, size_t(index), value);
+        });
+    });
+    connect(list, &QListWidget::currentRowChanged, this, [this, name] {
+        if (!updating_) refreshEffects(*effects(name));
+    });
+    return group;
+}
+
+SlidePanel::EffectList* SlidePanel::effects(const QString& name) {
+    for (auto& [n, e] : effects_)
+        if (n == name) return &e;
+    return nullptr;
+}
+
+QListWidget* SlidePanel::effectList(const QString& name) const {
+    return const_cast<SlidePanel*>(this)->effects(name)->list;
+}
+QComboBox* SlidePanel::effectChooser(const QString& name) const {
+    return const_cast<SlidePanel*>(this)->effects(name)->chooser;
+}
+OptionForm* SlidePanel::effectOptions(const QString& name) const {
+    return const_cast<SlidePanel*>(this)->effects(name)->form;
+}
+
+void SlidePanel::addEffect(const QString& name) {
+    EffectList& e = *effects(name);
+    if (rows_.size() != 1) return;
+    const int at = e.list->currentRow() + 1;
+    const std::string chosen = e.chooser->currentText().toStdString();
+    e.list->setCurrentRow(-1);
+    edit("Add " + e.chooser->currentText(), [&e, at, chosen](Slide& s) { e.ops->insert(s, at, chosen); });
+    e.list->setCurrentRow(at);
+}
+
+void SlidePanel::removeEffect(const QString& name) {
+    EffectList& e = *effects(name);
+    const int at = e.list->currentRow();
+    if (rows_.size() != 1 || at < 0) return;
+    edit("Remove " + e.list->currentItem()->text(), [&e, at](Slide& s) { e.ops->remove(s, at); });
+}
+
+void SlidePanel::moveEffect(const QString& name, int delta) {
+    EffectList& e = *effects(name);
+    const int from = e.list->currentRow(), to = from + delta;
+    if (rows_.size() != 1 || from < 0 || to < 0 || to >= e.list->count()) return;
+    edit("Move " + e.list->currentItem()->text(), [&e, from, to](Slide& s) { e.ops->move(s, from, to); });
+    e.list->setCurrentRow(to);
+}
+
+void SlidePanel::refreshEffects(EffectList& e) {
+    const std::vector<const Slide*> all = slides();
+    const Slide* slide = all.size() == 1 ? all.front() : nullptr;
+    const bool wasUpdating = std::exchange(updating_, true);
+    const int keep = e.list->currentRow();
+    e.list->clear();
+    if (slide)
+        for (int i = 0; i < e.ops->count(*slide); ++i) e.list->addItem(QString("%1. %2").arg(i + 1).arg(e.ops->text(*slide, i)));
+    e.list->setCurrentRow(std::min(keep, e.list->count() - 1));
+    updating_ = wasUpdating;
+    e.note->setVisible(!slide);
+    for (QWidget* w : e.group->findChildren<QWidget*>())
+        if (w != e.note) w->setEnabled(slide != nullptr);
+    const int at = e.list->currentRow();
+    const bool current = slide && at >= 0;
+    const OptionTable table = current ? e.ops->table(*slide, at) : OptionTable{};
+    if (table.data() != e.form->table().data() || table.size() != e.form->table().size()) e.form->setTable(table);
+    std::vector<std::optional<double>> values;
+    for (size_t i = 0; i < table.size(); ++i) values.push_back(e.ops->value(*slide, at, i));
+    e.form->setValues(values);
+    if (e.ops == &kCameraOps) {
+        cameraDuration_->setVisible(current);
+        if (current) cameraDuration_->setValues({slide->cameraMoveAt(at)->duration / 1000.0});
+    }
 }
 
 OptionForm* SlidePanel::form(const QString& name) const {
@@ -283,6 +494,7 @@ void SlidePanel::refresh() {
     overlayChooser_->setPlaceholderText(overlay ? QString() : QString("(mixed)"));
     overlayChooser_->setCurrentIndex(overlay ? overlayChooser_->findText(*overlay) : -1);
     updating_ = false;
+    for (auto& [name, e] : effects_) refreshEffects(e);
 }
 
 }  // namespace quillet::app

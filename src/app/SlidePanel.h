@@ -14,6 +14,7 @@
 class QComboBox;
 class QLabel;
 class QLineEdit;
+class QListWidget;
 
 namespace quillet {
 class Slide;
@@ -22,6 +23,7 @@ class Slide;
 namespace quillet::app {
 
 class Document;
+struct EffectOps;
 
 // How one row of a panel table reads and writes its slide field, in the
 // units of the row's control.
@@ -50,6 +52,20 @@ public:
     OptionForm* form(const QString& name) const;
     QLineEdit* textField(const QString& name) const;
 
+    // The camera moves ("camera") and filters ("filters") of a single
+    // selected slide: the list in play order, the chooser of the effect to
+    // add, and the options of the current one (for camera moves the
+    // duration comes first, in `effectDuration`).
+    QListWidget* effectList(const QString& name) const;
+    QComboBox* effectChooser(const QString& name) const;
+    OptionForm* effectOptions(const QString& name) const;
+    OptionForm* effectDuration() const { return cameraDuration_; }
+    // The list's buttons: add the chosen effect after the current one,
+    // remove the current one, move it up (-1) or down (+1).
+    void addEffect(const QString& name);
+    void removeEffect(const QString& name);
+    void moveEffect(const QString& name, int delta);
+
 private:
     struct Section {
         OptionForm* form;
@@ -74,6 +90,19 @@ private:
     QLabel* transitionNote_ = nullptr;
     std::vector<std::pair<QString, Section>> sections_;
     std::vector<std::pair<QString, TextField>> texts_;
+    struct EffectList {
+        const EffectOps* ops;
+        QWidget* group;
+        QListWidget* list;
+        QComboBox* chooser;
+        OptionForm* form;
+        QLabel* note;
+    };
+    QWidget* addEffectList(const QString& name, const QString& title, const EffectOps& ops, QWidget* parent);
+    EffectList* effects(const QString& name);
+    void refreshEffects(EffectList& effects);
+    std::vector<std::pair<QString, EffectList>> effects_;
+    OptionForm* cameraDuration_ = nullptr;
     bool updating_ = false;
 };
 

@@ -7,6 +7,7 @@
 #include <QComboBox>
 #include <QElapsedTimer>
 #include <QLineEdit>
+#include <QListWidget>
 #include <QSpinBox>
 #include <QImage>
 #include <QListView>
@@ -27,7 +28,9 @@
 #include "app/Prompts.h"
 #include "app/SlideListModel.h"
 #include "app/SlidePanel.h"
+#include "effects/CameraEffect.h"
 #include "effects/Transition.h"
+#include "media/ImageFilter.h"
 #include "model/ProjectFile.h"
 #include "model/Slide.h"
 #include "settings/AppSettings.h"
@@ -399,16 +402,25 @@ private slots:
         QVERIFY(!w.slideModel()->data(w.slideModel()->index(999), Qt::DecorationRole).value<QImage>().isNull());
     }
 
-    // Every transition's option table through the slide panel: the chooser
-    // picks the transition, each field is set as a user sets it (numbers at
-    // the top of their range, after one past it was refused), each edit is
-    // one undo step, and the saved file reads back with every value.
-    void transitionOptionsReachTheFile_data() {
+    // Every option table of the slide panel (each transition, camera move and
+    // filter): the effect is chosen, each field is set as a user sets it
+    // (numbers at the top of their range, after one past it was refused),
+    // each edit is one undo step, and the saved file reads back with every value.
+    void effectOptionsReachTheFile_data() {
+        QTest::addColumn<QString>("family");
         QTest::addColumn<QString>("name");
-        for (const auto& prototype : TransitionRegistry::instance())
-            if (!prototype->Options().empty()) QTest::newRow(prototype->name().c_str()) << QString::fromStdString(prototype->name());
+        auto add = [](const char* family, const auto& registry) {
+            for (const auto& prototype : registry)
+                if (!prototype->Options().empty())
+                    QTest::addRow("%s %s", family, prototype->name().c_str())
+                        << family << QString::fromStdString(prototype->name());
+        };
+        add("transition", TransitionRegistry::instance());
+        add("camera_fx", CameraEffectRegistry::instance());
+        add("filter", ImageFilterRegistry::instance());
     }
-    void transitionOptionsReachTheFile() {
+    void effectOptionsReachTheFile() {
+        QFETCH(QString, family);
         QFETCH(QString, name);
         MainWindow w;
         w.resize(900, 900);
@@ -419,10 +431,17 @@ private slots:
         SlidePanel* panel = w.slidePanel();
         QVERIFY(panel->isVisible());
         QUndoStack& undo = w.document().undoStack();
-        panel->transitionChooser()->setCurrentIndex(panel->transitionChooser()->findText(name));
-        QCOMPARE(QString::fromStdString(w.document().show().slideAt(1)->transitionIn().name()), name);
-        const OptionForm& form = *panel->transitionOptions();
-        const OptionTable table = form.table();
+        const OptionForm* form = panel->transitionOptions();
+        if (family == "transition") {
+            panel->transitionChooser()->setCurrentIndex(panel->transitionChooser()->findText(name));
+        } else {
+            const QString list = family == "filter" ? "filters" : "camera";
+            panel->effectChooser(list)->setCurrentIndex(panel->effectChooser(list)->findText(name));
+            panel->addEffect(list);
+            QCOMPARE(panel->effectList(list)->count(), 1);
+            form = panel->effectOptions(list);
+        }
+        const OptionTable table = form->table();
         QVERIFY(!table.empty());
         std::vector<double> want;
         int steps = undo.count();
@@ -435,37 +454,42 @@ private slots:
                 case OptionKind::Color: v = 0x123456; break;
                 default: v = row.maxValue < 1e6 ? row.maxValue : row.defaultValue + 3; break;
             }
+            if (!form->control(i)) v = row.defaultValue;  // set elsewhere (a move is drawn on the picture)
             want.push_back(v);
-            if (!form.control(i) || v == row.defaultValue) continue;
+            if (v == row.defaultValue) continue;
             const bool number = row.kind == OptionKind::Integer || row.kind == OptionKind::Real;
             if (number && row.maxValue < 1e6) {
-                typeInto(form.control(i), QString::number(row.maxValue + 1));
-                QVERIFY2(form.message().contains(QString::number(row.maxValue, 'f', row.kind == OptionKind::Real ? row.decimals : 0)),
-                         qPrintable(row.label + (" refused with: " + form.message())));
+                typeInto(form->control(i), QString::number(row.maxValue + 1));
+                QVERIFY2(form->message().contains(QString::number(row.maxValue, 'f', row.kind == OptionKind::Real ? row.decimals : 0)),
+                         qPrintable(row.label + (" refused with: " + form->message())));
                 QCOMPARE(undo.count(), steps);
             }
-            enter(form, i, v);
+            enter(*form, i, v);
             QVERIFY2(undo.count() == ++steps, row.label);
         }
-        if (name == "Slide In From" || name == "Color Fade")
+        if (name == "Slide In From" || name == "Color Fade" || name == "pan_zoom")
             QVERIFY(savePanel(panel, "slide-panel-" + name.toLower().replace(' ', '-') + ".png"));
         if (name == "Push") QVERIFY(QTest::qWaitFor([] { return false; }, 50) || w.grab().save(QString(QUILLET_ARTEFACTS_DIR) + "/main-window-slide-panel.png"));
         QVERIFY(w.saveTo(file("options.qpj")));
         QFile saved(file("options.qpj"));
         QVERIFY(saved.open(QIODevice::ReadOnly));
         const QString project = QString::fromUtf8(saved.readAll());
-        const qsizetype at = project.indexOf("<transition name=\"" + name + "\"");
+        const qsizetype at = project.indexOf("<" + family + " name=\"" + name.toHtmlEscaped() + "\"");
         QVERIFY(at >= 0);
         const QString line = project.mid(at, project.indexOf('\n', at) - at);
         MainWindow again;
         QVERIFY(again.openFile(file("options.qpj")));
-        QCOMPARE(again.document().show().slideAt(0)->transitionIn().name(), std::string("None"));
-        const Transition& read = again.document().show().slideAt(1)->transitionIn();
+        const Slide& first = *again.document().show().slideAt(0);
+        QVERIFY(first.transitionIn().name() == "None" && !first.hasCameraMoves() && first.imageFilters().empty());
+        const Slide& read = *again.document().show().slideAt(1);
+        const OptionSet& values = family == "transition" ? read.transitionIn().options()
+                                  : family == "filter"   ? read.imageFilters().at(0)->options()
+                                                         : read.cameraMoveAt(0)->options();
         for (size_t i = 0; i < table.size(); ++i) {
             if (!table[i].attribute) continue;
             QVERIFY2(line.contains(QString(" %1=\"").arg(table[i].attribute)), qPrintable(line));
-            QVERIFY2(std::abs(read.OptionValue(i) - want[i]) <= 1e-4 * std::max(1.0, std::abs(want[i])),
-                     qPrintable(QString("%1: %2, wanted %3").arg(table[i].attribute).arg(read.OptionValue(i)).arg(want[i])));
+            QVERIFY2(std::abs(values.Value(i) - want[i]) <= 1e-4 * std::max(1.0, std::abs(want[i])),
+                     qPrintable(QString("%1: %2, wanted %3").arg(table[i].attribute).arg(values.Value(i)).arg(want[i])));
         }
     }
 
@@ -516,6 +540,27 @@ private slots:
         }
         QCOMPARE(w.statusText(), QString::fromStdString(show.statusText()));
         QVERIFY(w.document().modified());
+        // One slide's filters: two added, the second moved up; undo puts the order back.
+        w.selectRows({0});
+        QComboBox* chooser = panel->effectChooser("filters");
+        auto names = [&] {
+            QStringList out;
+            for (const auto& f : show.slideAt(0)->imageFilters()) out << QString::fromStdString(f->name());
+            return out;
+        };
+        chooser->setCurrentIndex(0);
+        panel->addEffect("filters");
+        chooser->setCurrentIndex(1);
+        panel->addEffect("filters");
+        const QStringList added = {chooser->itemText(0), chooser->itemText(1)};
+        QCOMPARE(names(), added);
+        panel->moveEffect("filters", -1);
+        QCOMPARE(names(), QStringList({added[1], added[0]}));
+        QCOMPARE(panel->effectList("filters")->currentRow(), 0);
+        QVERIFY(savePanel(panel, "slide-panel-filters.png"));
+        undo.undo();
+        QCOMPARE(names(), added);
+        QCOMPARE(panel->effectList("filters")->count(), 2);
     }
 
     // Needs a display: the demo show in the main window and its preview.
