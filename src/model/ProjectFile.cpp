@@ -140,8 +140,11 @@ void readSlide(const XmlNode& e, Slide& s, const LoadContext& ctx) {
     if (e.readInt("rotate", degrees)) s.rotate(degrees);
 
     if (e.readString("src", im.src)) im.src = resolveAgainst(ctx.folder, im.src);
-    e.readInt("width", im.width);
-    e.readInt("height", im.height);
+    // A slide written without its sizes (by hand) is measured and fitted
+    // when it is exported, not stretched to the stage it was created on.
+    const bool hasWidth = e.readInt("width", im.width);
+    const bool hasHeight = e.readInt("height", im.height);
+    if (!hasWidth || !hasHeight) im.width = im.height = 0;
     e.readInt("x", im.x);
     e.readInt("y", im.y);
     e.readInt("quality", im.quality);

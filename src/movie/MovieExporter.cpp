@@ -345,7 +345,7 @@ ExportResult MovieExporter::ExportMovie(const std::string& path, ProgressSink* p
     for (std::string& line : sounds.Warnings()) result.warnings.push_back(std::move(line));
     if (sounds.Cancelled()) result.cancelled = true;
     if (!result.cancelled) {
-        sounds.EndShow();
+        sounds.EndShow(show_.swfData.loop != SwfData::Loop::None);
         WriteTail(writer, show_);
     }
     writer.AddTag(std::make_unique<EndTag>());

@@ -182,6 +182,8 @@ SwfActionList BuildEndScript(const SlideShow& show, bool controls) {
     const SwfData& data = show.swfData;
     // The show ends for good: the end action, then it stays on its last frame.
     SwfActionList end;
+    // The show's music of a counted loop plays through the passes; it stops here.
+    if (data.loop == SwfData::Loop::Times) end.Emplace<ActionStopSounds>();
     if (data.movieEndAction.enable) AppendUrlAction(end, data.movieEndAction);
     AppendStop(end, controls);
     switch (data.loop) {

@@ -329,9 +329,9 @@ void MovieSounds::OnFrame(uint16_t index) {
     writer_.AddTag(std::make_unique<SoundStreamBlockTag>(std::move(block)));
 }
 
-void MovieSounds::EndShow() {
+void MovieSounds::EndShow(bool showLoops) {
     StopTrack(slides_);
-    StopTrack(background_);
+    if (!showLoops) StopTrack(background_);
 }
 
 }  // namespace quillet

@@ -79,8 +79,11 @@ public:
     void StartShow(const SlideShow& show);
     // Before each slide's frames.
     void StartSlide(const SlideSound& sound);
-    // Before the last frame: stops everything still playing.
-    void EndShow();
+    // Before the last frame: stops everything still playing, except the
+    // background sound of a show that loops: the loop goes back to
+    // "slide_1", past the frame that started it, so it plays on through the
+    // passes (a counted loop's end script stops all sounds after the last).
+    void EndShow(bool showLoops);
 
     std::vector<std::string>& Warnings() { return warnings_; }
     bool Cancelled() const { return cancelled_; }

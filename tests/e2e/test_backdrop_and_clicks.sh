@@ -106,6 +106,31 @@ for needle, n in [(b"javascript:HG_Popup('http://example.com/it\\'s','sld_1','wi
     assert data.count(needle) == n, (needle, data.count(needle))
 PY
 
+# A slide written by hand without its sizes keeps its picture's proportions:
+# a 160x60 picture is fitted to 320x120 in the middle of the stage, not stretched.
+convert -size 160x60 xc:red "$work/wide.png"
+cat > "$work/unsized.qpj" <<XML
+<xml version="1.0">
+<quillet version_major="1" version_minor="119">
+<slide_show width="320" height="240" fps="12" bg_color="8421504">
+<slides>
+<slide type="image" src="$work/wide.png" duration="1000" >
+</slide>
+</slides>
+</slide_show>
+</quillet>
+</xml>
+XML
+"$QUILLET" export "$work/unsized.qpj" -o "$work/unsized.swf" >/dev/null
+node "$lib/ruffle-shoot.mjs" --movie "$work/unsized.swf" --size 320x240 --times 500 --probe 160,40 --probe 160,120 \
+  --out "$work/shots" --name unsized >/dev/null
+/usr/bin/python3 - "$work/shots/unsized.json" <<'PY'
+import json, sys
+px = json.load(open(sys.argv[1]))["shots"][0]["pixels"]
+assert [abs(a - b) <= 10 for a, b in zip(px["160,40"][:3], (128, 128, 128))] == [True] * 3, px
+assert [abs(a - b) <= 10 for a, b in zip(px["160,120"][:3], (255, 0, 0))] == [True] * 3, px
+PY
+
 rows=()
 for n in fit tile frame bounds next jump_pause previous; do
   convert $(ls "$work/shots/$n-"*ms.png | sed 's/.*-\([0-9]*\)ms.png$/\1 &/' | sort -n | cut -d' ' -f2) \

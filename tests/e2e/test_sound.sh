@@ -116,6 +116,11 @@ check_mp3 "show-$tone_id.mp3" 44100 2 3 440
 # Start music, start tone, stop tone (slide 2), start tone, stop both at the end.
 "$QUILLET" info show.swf | awk '$2 == "StartSound" {print $NF}' | tr '\n' ' ' > starts.txt
 [ "$(cat starts.txt)" = "$music_id $tone_id $tone_id $tone_id $tone_id $music_id " ] || { cat starts.txt; exit 1; }
+# A show that loops goes back past the music's start: the music is not stopped at its end.
+sed 's/ loop="none"/ loop="forever"/' show.qpj > forever.qpj
+"$QUILLET" export forever.qpj -o forever.swf >/dev/null
+"$QUILLET" info forever.swf | awk '$2 == "StartSound" {print $NF}' | tr '\n' ' ' > starts.txt
+[ "$(cat starts.txt)" = "$music_id $tone_id $tone_id $tone_id $tone_id " ] || { cat starts.txt; exit 1; }
 
 # Every DefineSound skips the encoder's and the decoder's delay.
 sound_tags show.swf | awk '$2 == "DefineSound" && $4 != 1105 {print "seek samples:", $0; bad = 1} END {exit bad}'
