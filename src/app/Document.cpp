@@ -217,6 +217,66 @@ private:
     std::vector<SlideFields> before_, after_;
 };
 
+// The show-wide fields the show panel edits, kept for undo.
+struct ShowFields {
+    SwfData swfData;
+    ControlPlacement controls, muteControl;
+    std::string bgImage;
+    int bgImageQuality = 0;
+    bool useBgImage = false, bgImageScaleToFit = false, bgImageTile = false;
+    SlideShow::Frame bgFrame = SlideShow::Frame::None;
+    int bgFrameLeft = 0, bgFrameTop = 0, bgFrameRight = 0, bgFrameBottom = 0;
+    uint32_t bgFrameColor = 0;
+    std::string bgFramePattern, bgFrameCustomPattern;
+    bool useCompression = false, disablePrint = false;
+
+    explicit ShowFields(const SlideShow& s)
+        : swfData(s.swfData), controls(s.controls), muteControl(s.muteControl), bgImage(s.bgImage),
+          bgImageQuality(s.bgImageQuality), useBgImage(s.useBgImage), bgImageScaleToFit(s.bgImageScaleToFit),
+          bgImageTile(s.bgImageTile), bgFrame(s.bgFrame), bgFrameLeft(s.bgFrameLeft), bgFrameTop(s.bgFrameTop),
+          bgFrameRight(s.bgFrameRight), bgFrameBottom(s.bgFrameBottom), bgFrameColor(s.bgFrameColor),
+          bgFramePattern(s.bgFramePattern), bgFrameCustomPattern(s.bgFrameCustomPattern),
+          useCompression(s.useCompression), disablePrint(s.disablePrint) {}
+    void applyTo(SlideShow& s) const {
+        s.swfData = swfData;
+        s.controls = controls;
+        s.muteControl = muteControl;
+        s.bgImage = bgImage;
+        s.bgImageQuality = bgImageQuality;
+        s.useBgImage = useBgImage;
+        s.bgImageScaleToFit = bgImageScaleToFit;
+        s.bgImageTile = bgImageTile;
+        s.bgFrame = bgFrame;
+        s.bgFrameLeft = bgFrameLeft;
+        s.bgFrameTop = bgFrameTop;
+        s.bgFrameRight = bgFrameRight;
+        s.bgFrameBottom = bgFrameBottom;
+        s.bgFrameColor = bgFrameColor;
+        s.bgFramePattern = bgFramePattern;
+        s.bgFrameCustomPattern = bgFrameCustomPattern;
+        s.useCompression = useCompression;
+        s.disablePrint = disablePrint;
+    }
+    bool operator==(const ShowFields&) const = default;
+};
+
+class ShowEditCommand : public QUndoCommand {
+public:
+    ShowEditCommand(Document& doc, const QString& text, const std::function<void(SlideShow&)>& edit)
+        : QUndoCommand(text), doc_(doc), before_(doc.show()), after_((edit(doc.show()), doc.show())) {}
+    bool changed() const { return !(before_ == after_); }
+    void redo() override { apply(after_); }
+    void undo() override { apply(before_); }
+
+private:
+    void apply(const ShowFields& fields) {
+        fields.applyTo(doc_.show());
+        doc_.notifyChanged({});
+    }
+    Document& doc_;
+    ShowFields before_, after_;
+};
+
 class ShowSettingsCommand : public QUndoCommand {
 public:
     ShowSettingsCommand(Document& doc, const ShowSettings& after)
@@ -324,6 +384,12 @@ void Document::editSlides(QList<int> rows, const QString& text, const std::funct
     rows = sortedUnique(std::move(rows), show_.count());
     if (rows.isEmpty()) return;
     auto command = std::make_unique<SlideEditCommand>(*this, rows, text, edit);
+    if (command->changed()) undo_.push(command.release());
+    else command->undo();
+}
+
+void Document::editShow(const QString& text, const std::function<void(SlideShow&)>& edit) {
+    auto command = std::make_unique<ShowEditCommand>(*this, text, edit);
     if (command->changed()) undo_.push(command.release());
     else command->undo();
 }

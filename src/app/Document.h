@@ -64,6 +64,10 @@ public:
     // edits: duration, picture settings, transition, overlay effect, camera
     // moves, filters, click action and popup window. Nothing is recorded when no slide changed.
     void editSlides(QList<int> rows, const QString& text, const std::function<void(Slide&)>& edit);
+    // One undo step over the show-wide settings: `edit` runs on the show;
+    // undo puts back the start, click, end and preloader behaviour, the
+    // controls, the background image and frame, compression and printing.
+    void editShow(const QString& text, const std::function<void(SlideShow&)>& edit);
     ShowSettings showSettings() const;
     // A new stage size refits the slides; visible bounds that covered the
     // whole stage keep covering it.

@@ -3,14 +3,7 @@
 #include <QAction>
 #include <QCloseEvent>
 #include <QCoreApplication>
-#include <QColorDialog>
 #include <QDesktopServices>
-#include <QDialog>
-#include <QDialogButtonBox>
-#include <QDoubleSpinBox>
-#include <QFormLayout>
-#include <QPushButton>
-#include <QSpinBox>
 #include <QDir>
 #include <QFileInfo>
 #include <QItemSelectionModel>
@@ -27,6 +20,7 @@
 #include "app/PreviewWindow.h"
 #include "app/Prompts.h"
 #include "app/SlideListModel.h"
+#include "app/ShowPanel.h"
 #include "app/SlidePanel.h"
 #include "io/DiskCache.h"
 #include "io/TempFolder.h"
@@ -72,6 +66,10 @@ MainWindow::MainWindow(bool batch, QWidget* parent) : QMainWindow(parent), batch
     slidePanel_ = new SlidePanel(doc_, this);
     addDockWidget(Qt::RightDockWidgetArea, slidePanel_);
     slidePanel_->hide();
+    showPanel_ = new ShowPanel(doc_, this);
+    addDockWidget(Qt::RightDockWidgetArea, showPanel_);
+    tabifyDockWidget(slidePanel_, showPanel_);
+    showPanel_->hide();
     connect(list_->selectionModel(), &QItemSelectionModel::selectionChanged, this,
             [this] { slidePanel_->setRows(selectedRows()); });
     status_ = new QLabel(this);
@@ -205,6 +203,7 @@ void MainWindow::documentChanged(const QList<int>& rows) {
     model_->refresh();
     selectRows(keep);
     slidePanel_->setRows(selectedRows());
+    showPanel_->refresh();
     status_->setText(QString::fromStdString(doc_.show().statusText()));
     refreshTitle();
 }
@@ -352,43 +351,9 @@ void MainWindow::slideProperties() {
 }
 
 void MainWindow::showProperties() {
-    ShowSettings s = doc_.showSettings();
-    QDialog dialog(this);
-    dialog.setWindowTitle("Slide Show Properties");
-    auto* form = new QFormLayout(&dialog);
-    auto* width = new QSpinBox(&dialog);
-    auto* height = new QSpinBox(&dialog);
-    for (QSpinBox* box : {width, height}) box->setRange(1, SlideShow::kMaxStageSize);
-    width->setValue(s.width);
-    height->setValue(s.height);
-    auto* fps = new QDoubleSpinBox(&dialog);
-    fps->setRange(1, 120);
-    fps->setDecimals(1);
-    fps->setValue(s.fps);
-    auto* colour = new QPushButton(&dialog);
-    auto paint = [colour, &s] {
-        colour->setText(QColor(QRgb(s.bgColor)).name());
-        colour->setStyleSheet("background:" + QColor(QRgb(s.bgColor)).name());
-    };
-    paint();
-    connect(colour, &QPushButton::clicked, &dialog, [&] {
-        const QColor chosen = QColorDialog::getColor(QColor(QRgb(s.bgColor)), &dialog, "Background colour");
-        if (chosen.isValid()) s.bgColor = chosen.rgb() & 0xFFFFFF;
-        paint();
-    });
-    form->addRow("Stage width:", width);
-    form->addRow("Stage height:", height);
-    form->addRow("Frames per second:", fps);
-    form->addRow("Background colour:", colour);
-    auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, &dialog);
-    form->addRow(buttons);
-    connect(buttons, &QDialogButtonBox::accepted, &dialog, &QDialog::accept);
-    connect(buttons, &QDialogButtonBox::rejected, &dialog, &QDialog::reject);
-    if (dialog.exec() != QDialog::Accepted) return;
-    s.width = width->value();
-    s.height = height->value();
-    s.fps = float(fps->value());
-    doc_.setShowSettings(s);
+    showPanel_->refresh();
+    showPanel_->show();
+    showPanel_->raise();
 }
 
 void MainWindow::exportShow() {

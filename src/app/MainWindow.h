@@ -18,6 +18,7 @@ class QMenu;
 namespace quillet::app {
 
 class PreviewWindow;
+class ShowPanel;
 class SlidePanel;
 class SlideListModel;
 
@@ -34,6 +35,7 @@ public:
     SlideListModel* slideModel() const { return model_; }
     PreviewWindow* previewWindow() const { return preview_; }
     SlidePanel* slidePanel() const { return slidePanel_; }
+    ShowPanel* showPanel() const { return showPanel_; }
     QString statusText() const;
 
     bool openFile(const QString& path);
@@ -49,6 +51,8 @@ public:
     void moveSelected(int delta);  // -1 up, +1 down
     // Shows the slide property panel for the selected slides.
     void slideProperties();
+    // Shows the show property panel.
+    void showProperties();
     QList<int> selectedRows() const;
     void selectRows(const QList<int>& rows);
     // Writes the movie; the result of the exporter (messages already shown).
@@ -75,7 +79,6 @@ private:
     bool save();
     bool saveAs();
     void insertImages();
-    void showProperties();
     void exportShow();
     void publishShow();
     void help();
@@ -92,6 +95,7 @@ private:
     QMenu* recentMenu_ = nullptr;
     PreviewWindow* preview_ = nullptr;
     SlidePanel* slidePanel_ = nullptr;
+    ShowPanel* showPanel_ = nullptr;
     QTimer recoveryTimer_;
     bool busy_ = false;  // an export or publish run is using the show
 };

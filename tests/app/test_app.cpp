@@ -27,6 +27,7 @@
 #include "app/PreviewWindow.h"
 #include "app/Prompts.h"
 #include "app/SlideListModel.h"
+#include "app/ShowPanel.h"
 #include "app/SlidePanel.h"
 #include "effects/CameraEffect.h"
 #include "effects/Transition.h"
@@ -561,6 +562,45 @@ private slots:
         undo.undo();
         QCOMPARE(names(), added);
         QCOMPARE(panel->effectList("filters")->count(), 2);
+    }
+
+    // Every field of the show panel reaches the project text as one undo
+    // step, the panel shows the new value, and undo restores the text exactly.
+    void showPanelFields() {
+        MainWindow w;
+        w.resize(900, 1000);
+        w.show();
+        QCOMPARE(w.insertPictures({red_}, 0), 1);
+        w.showProperties();
+        ShowPanel* panel = w.showPanel();
+        QVERIFY(panel->isVisible());
+        QUndoStack& undo = w.document().undoStack();
+        auto check = [&](const QString& what, const std::function<void()>& set) {
+            const QString before = text(w);
+            const int steps = undo.count();
+            set();
+            QVERIFY2(undo.count() == steps + 1 && text(w) != before, qPrintable(what));
+            undo.undo();
+            QVERIFY2(text(w) == before, qPrintable(what));
+            undo.redo();
+        };
+        for (const QString& name : panel->formNames()) {
+            const OptionForm& form = *panel->form(name);
+            for (size_t i = 0; i < form.table().size(); ++i) {
+                const OptionSpec& row = form.table()[i];
+                const double now = form.control(i)->property("value").toDouble();
+                double v = row.kind == OptionKind::List    ? std::fmod(qobject_cast<QComboBox*>(form.control(i))->currentIndex() + 1, double(row.items.size()))
+                           : row.kind == OptionKind::Bool  ? !qobject_cast<QCheckBox*>(form.control(i))->isChecked()
+                           : row.kind == OptionKind::Color ? 0x123456
+                           : row.maxValue != now           ? row.maxValue
+                                                           : row.minValue;
+                check(name + " " + row.label, [&] { enter(form, i, v); });
+                if (row.kind == OptionKind::Integer) QCOMPARE(form.control(i)->property("value").toDouble(), v);
+            }
+        }
+        for (const QString& name : {"Click URL", "End target", "Preloader text", "Background image", "Frame pattern"})
+            check(name, [&] { typeInto(panel->textField(name), "x"); });
+        QVERIFY(savePanel(panel, "show-panel.png"));
     }
 
     // Needs a display: the demo show in the main window and its preview.

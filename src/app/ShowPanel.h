@@ -1,0 +1,70 @@
+// The show property panel: a dock with the show-wide settings (stage,
+// start, loop, click and end actions, playback and mute controls,
+// preloader, background image and frame, compression and printing). Every
+// edit is one undo step.
+#pragma once
+
+#include <QDockWidget>
+#include <span>
+#include <vector>
+
+#include "app/OptionForm.h"
+
+class QComboBox;
+class QLineEdit;
+
+namespace quillet {
+class SlideShow;
+}
+
+namespace quillet::app {
+
+class Document;
+
+// How one row of a show table reads and writes its field, in the units of
+// the row's control.
+struct ShowBinding {
+    double (*get)(const SlideShow&);
+    void (*set)(SlideShow&, double);
+};
+
+class ShowPanel : public QDockWidget {
+    Q_OBJECT
+public:
+    explicit ShowPanel(Document& doc, QWidget* parent = nullptr);
+
+    // Shows the show's values again (after an edit or an undo).
+    void refresh();
+
+    // The forms by section: "stage", "start", "controls", "mute", "click",
+    // "end", "preloader", "background", "frame", "movie".
+    OptionForm* form(const QString& name) const;
+    QStringList formNames() const;
+    // Text fields by label without the colon ("Click URL", "Preloader text", ...).
+    QLineEdit* textField(const QString& name) const;
+    // The installed control sets of each kind.
+    QComboBox* controlSetChooser(bool mute) const { return mute ? muteSet_ : controlSet_; }
+
+private:
+    QWidget* addSection(const QString& name, const QString& title, OptionTable table,
+                        std::span<const ShowBinding> bind, QWidget* parent);
+    void addText(QWidget* section, const QString& name, const QString& label, std::string& (*field)(SlideShow&));
+    QComboBox* addSetChooser(QWidget* section, bool mute);
+
+    Document& doc_;
+    struct Section {
+        OptionForm* form;
+        std::span<const ShowBinding> bind;
+    };
+    struct TextField {
+        QLineEdit* edit;
+        std::string& (*field)(SlideShow&);
+    };
+    std::vector<std::pair<QString, Section>> sections_;
+    std::vector<std::pair<QString, TextField>> texts_;
+    QComboBox* controlSet_ = nullptr;
+    QComboBox* muteSet_ = nullptr;
+    bool updating_ = false;
+};
+
+}  // namespace quillet::app
