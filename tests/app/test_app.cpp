@@ -600,6 +600,13 @@ private slots:
         }
         for (const QString& name : {"Click URL", "End target", "Preloader text", "Background image", "Frame pattern"})
             check(name, [&] { typeInto(panel->textField(name), "x"); });
+        // A control set brings its own size, which places it on the stage.
+        QComboBox* sets = panel->controlSetChooser(false);
+        QVERIFY2(sets->count() > 0, "no control sets drawn in the build");
+        check("control set", [&] { sets->setCurrentIndex(sets->count() - 1); });
+        const ControlPlacement& placed = w.document().show().controls;
+        QCOMPARE(QString::fromStdString(placed.controlSet), sets->currentText());
+        QVERIFY(placed.width > 1 && placed.height > 1);
         QVERIFY(savePanel(panel, "show-panel.png"));
     }
 
