@@ -208,8 +208,16 @@ void OptionForm::setTable(OptionTable table) {
             }
         }
         controls_[i] = control;
-        if (row.kind == OptionKind::Bool) form_->addRow(field);
-        else form_->addRow(label, field);
+        // The control ids of the row name the widgets, so they can be found as numbered.
+        if (row.controlId) control->setObjectName(QString::number(row.controlId));
+        if (row.kind == OptionKind::Bool) {
+            form_->addRow(field);
+        } else {
+            auto* text = new QLabel(label, this);
+            if (row.labelId) text->setObjectName(QString::number(row.labelId));
+            text->setBuddy(control);
+            form_->addRow(text, field);
+        }
     }
     std::vector<std::optional<double>> defaults;
     for (const OptionSpec& row : table) defaults.push_back(row.defaultValue);

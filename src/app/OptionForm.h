@@ -29,7 +29,8 @@ public:
     // Shows the values in the units of the controls; an empty entry shows
     // the field as mixed (left alone until the user edits it).
     void setValues(const std::vector<std::optional<double>>& values);
-    // The value control of option `index`; null when it has none.
+    // The value control of option `index`; null when it has none. Controls
+    // and labels carry the row's control ids as object names ("10003").
     QWidget* control(size_t index) const;
     // The last refusal ("" while the entries are acceptable).
     QString message() const;
