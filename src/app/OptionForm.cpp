@@ -98,6 +98,8 @@ void OptionForm::setTable(OptionTable table) {
     controls_.assign(table.size(), nullptr);
     table_ = table;
     refuse({});
+    shown_.clear();
+    updating_ = true;  // building the controls (a range that moves a value) is no edit
     for (size_t i = 0; i < table.size(); ++i) {
         const OptionSpec& row = table[i];
         if (!*row.label) continue;
@@ -121,27 +123,29 @@ void OptionForm::setTable(OptionTable table) {
                                             .arg(Number(row.minValue, whole ? 0 : row.decimals),
                                                  Number(row.maxValue, whole ? 0 : row.decimals));
                 auto refused = [this, allowed](const QString& typed) { refuse("\"" + typed + "\": " + allowed); };
+                // Typed entries count when Enter or leaving the field finishes
+                // them (a same-value entry over "mixed" too); arrows at once.
+                auto wire = [this, i, refused](auto* s, auto valueChanged) {
+                    using Spin = std::remove_pointer_t<decltype(s)>;
+                    s->refused = refused;
+                    connect(s, valueChanged, this, [this, i](auto v) { edited(i, v); });
+                    connect(s->edit(), &QLineEdit::textEdited, s, [s] { s->typed = true; });
+                    connect(s, &Spin::editingFinished, this, [this, i, s] {
+                        const bool typed = std::exchange(s->typed, false);
+                        const bool refusedNow = std::exchange(s->refusedNow, false);
+                        if (typed && !refusedNow) edited(i, s->value());
+                    });
+                    return s;
+                };
                 QAbstractSpinBox* spin;
                 if (whole) {
-                    auto* s = new IntSpin(this);
+                    auto* s = wire(new IntSpin(this), &QSpinBox::valueChanged);
                     s->setRange(int(std::max(row.minValue, -2147483648.0)), int(std::min(row.maxValue, 2147483647.0)));
-                    s->refused = refused;
-                    connect(s, &QSpinBox::valueChanged, this, [this, i](int v) { edited(i, v); });
-                    connect(s->edit(), &QLineEdit::textEdited, s, [s] { s->typed = true; });
-                    connect(s, &QSpinBox::editingFinished, this, [this, i, s] {
-                        if (std::exchange(s->typed, false) && !std::exchange(s->refusedNow, false)) edited(i, s->value());
-                    });
                     spin = s;
                 } else {
-                    auto* s = new RealSpin(this);
+                    auto* s = wire(new RealSpin(this), &QDoubleSpinBox::valueChanged);
                     s->setDecimals(row.decimals);
                     s->setRange(row.minValue, row.maxValue);
-                    s->refused = refused;
-                    connect(s, &QDoubleSpinBox::valueChanged, this, [this, i](double v) { edited(i, v); });
-                    connect(s->edit(), &QLineEdit::textEdited, s, [s] { s->typed = true; });
-                    connect(s, &QDoubleSpinBox::editingFinished, this, [this, i, s] {
-                        if (std::exchange(s->typed, false) && !std::exchange(s->refusedNow, false)) edited(i, s->value());
-                    });
                     spin = s;
                 }
                 spin->setKeyboardTracking(false);
