@@ -145,10 +145,13 @@ struct SlideFields {
     std::string overlay;
     std::vector<std::unique_ptr<ImageFilter>> filters;
     std::vector<std::unique_ptr<CameraEffect>> moves;
+    CaptionList captions;
+    SlideSound sound;
 
     explicit SlideFields(const Slide& s)
         : duration(s.duration), image(s.image), click(s.clickAction), popup(s.popup),
-          transition(s.transitionIn().Clone()), overlay(s.overlayEffect().name()) {
+          transition(s.transitionIn().Clone()), overlay(s.overlayEffect().name()), captions(s.captions),
+          sound(s.sound) {
         for (const auto& f : s.imageFilters()) filters.push_back(f->Clone());
         for (const auto& m : s.cameraEffects()) moves.push_back(m->Clone());
     }
@@ -157,6 +160,8 @@ struct SlideFields {
         s.image = image;
         s.clickAction = click;
         s.popup = popup;
+        s.captions = captions;
+        s.sound = sound;
         s.setTransitionIn(transition->Clone());
         if (s.overlayEffect().name() != overlay) s.setOverlayEffect(MakeOverlayEffect(overlay));
         if (!SameFilters(s.imageFilters(), filters)) {
@@ -185,7 +190,8 @@ struct SlideFields {
         return duration == o.duration && image == o.image && click == o.click && popup == o.popup &&
                transition->name() == o.transition->name() && transition->duration() == o.transition->duration() &&
                transition->options() == o.transition->options() && overlay == o.overlay &&
-               SameFilters(filters, o.filters) && SameMoves(moves, o.moves);
+               SameFilters(filters, o.filters) && SameMoves(moves, o.moves) && captions == o.captions &&
+               sound == o.sound;
     }
 };
 
@@ -229,6 +235,8 @@ struct ShowFields {
     uint32_t bgFrameColor = 0;
     std::string bgFramePattern, bgFrameCustomPattern;
     bool useCompression = false, disablePrint = false;
+    CaptionList captions;
+    SlideSound sound;
 
     explicit ShowFields(const SlideShow& s)
         : swfData(s.swfData), controls(s.controls), muteControl(s.muteControl), bgImage(s.bgImage),
@@ -236,7 +244,7 @@ struct ShowFields {
           bgImageTile(s.bgImageTile), bgFrame(s.bgFrame), bgFrameLeft(s.bgFrameLeft), bgFrameTop(s.bgFrameTop),
           bgFrameRight(s.bgFrameRight), bgFrameBottom(s.bgFrameBottom), bgFrameColor(s.bgFrameColor),
           bgFramePattern(s.bgFramePattern), bgFrameCustomPattern(s.bgFrameCustomPattern),
-          useCompression(s.useCompression), disablePrint(s.disablePrint) {}
+          useCompression(s.useCompression), disablePrint(s.disablePrint), captions(s.captions), sound(s.sound) {}
     void applyTo(SlideShow& s) const {
         s.swfData = swfData;
         s.controls = controls;
@@ -256,6 +264,8 @@ struct ShowFields {
         s.bgFrameCustomPattern = bgFrameCustomPattern;
         s.useCompression = useCompression;
         s.disablePrint = disablePrint;
+        s.captions = captions;
+        s.sound = sound;
     }
     bool operator==(const ShowFields&) const = default;
 };
@@ -275,6 +285,23 @@ private:
     }
     Document& doc_;
     ShowFields before_, after_;
+};
+
+// Publish settings are saved with the project, so they are undone like the rest.
+class PublishEditCommand : public QUndoCommand {
+public:
+    PublishEditCommand(Document& doc, const QString& text, const PublishSettings& after)
+        : QUndoCommand(text), doc_(doc), before_(doc.publish()), after_(after) {}
+    void redo() override { apply(after_); }
+    void undo() override { apply(before_); }
+
+private:
+    void apply(const PublishSettings& settings) {
+        doc_.publish() = settings;
+        doc_.notifyChanged({});
+    }
+    Document& doc_;
+    PublishSettings before_, after_;
 };
 
 class ShowSettingsCommand : public QUndoCommand {
@@ -378,6 +405,10 @@ void Document::duplicateSlides(QList<int> rows) {
         copies.push_back(std::move(copy));
     }
     undo_.push(new InsertCommand(*this, rows.last() + 1, std::move(copies), "Duplicate Slide(s)"));
+}
+
+void Document::editPublish(const QString& text, const PublishSettings& settings) {
+    if (!(settings == publish_)) undo_.push(new PublishEditCommand(*this, text, settings));
 }
 
 void Document::editSlides(QList<int> rows, const QString& text, const std::function<void(Slide&)>& edit) {

@@ -62,12 +62,15 @@ public:
     // One undo step over the slides at `rows`: `edit` runs on each, then the
     // slide is refitted to the stage. Undo puts back what the property panel
     // edits: duration, picture settings, transition, overlay effect, camera
-    // moves, filters, click action and popup window. Nothing is recorded when no slide changed.
+    // moves, filters, click action and popup window, captions and sounds. Nothing is recorded when no slide changed.
     void editSlides(QList<int> rows, const QString& text, const std::function<void(Slide&)>& edit);
     // One undo step over the show-wide settings: `edit` runs on the show;
     // undo puts back the start, click, end and preloader behaviour, the
-    // controls, the background image and frame, compression and printing.
+    // controls, the background image and frame, compression, printing, the
+    // show's captions and its music.
     void editShow(const QString& text, const std::function<void(SlideShow&)>& edit);
+    // One undo step that replaces the publish settings; none when they are the same.
+    void editPublish(const QString& text, const PublishSettings& settings);
     ShowSettings showSettings() const;
     // A new stage size refits the slides; visible bounds that covered the
     // whole stage keep covering it.

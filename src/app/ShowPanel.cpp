@@ -9,7 +9,9 @@
 #include <QScrollBar>
 #include <QVBoxLayout>
 
+#include "app/CaptionEditor.h"
 #include "app/Document.h"
+#include "app/SoundEditor.h"
 #include "movie/ControlSets.h"
 #include "movie/MovieImport.h"
 #include "model/SlideShow.h"
@@ -153,6 +155,14 @@ ShowPanel::ShowPanel(Document& doc, QWidget* parent) : QDockWidget("Slide Show P
             [](SlideShow& s) -> std::string& { return s.bgFrameCustomPattern; });
     column->addWidget(frame);
     column->addWidget(addSection("movie", "Movie", kMovieRows, kMovieBind, page));
+    captions_ = new CaptionEditor("Show captions", [this](const QString& what, const std::function<void(CaptionList&)>& change) {
+        doc_.editShow("Slide Show Properties: " + what, [&change](SlideShow& s) { change(s.captions); });
+    }, page);
+    column->addWidget(captions_);
+    music_ = new SoundEditor("Music", [this](const QString& what, const std::function<void(SlideSound&)>& change) {
+        doc_.editShow("Slide Show Properties: " + what, [&change](SlideShow& s) { change(s.sound); });
+    }, page);
+    column->addWidget(music_);
     column->addStretch();
     scroll->setWidget(page);
     refresh();
@@ -255,6 +265,8 @@ void ShowPanel::refresh() {
     controlSet_->setCurrentIndex(controlSet_->findText(QString::fromStdString(show.controls.controlSet)));
     muteSet_->setCurrentIndex(muteSet_->findText(QString::fromStdString(show.muteControl.controlSet)));
     updating_ = false;
+    captions_->setCaptions(&show.captions);
+    music_->setSound(&show.sound);
 }
 
 }  // namespace quillet::app

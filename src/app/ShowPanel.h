@@ -19,7 +19,9 @@ class SlideShow;
 
 namespace quillet::app {
 
+class CaptionEditor;
 class Document;
+class SoundEditor;
 
 // How one row of a show table reads and writes its field, in the units of
 // the row's control.
@@ -45,6 +47,10 @@ public:
     // The installed control sets of each kind.
     QComboBox* controlSetChooser(bool mute) const { return mute ? muteSet_ : controlSet_; }
 
+    // The show's own captions and its music.
+    CaptionEditor* captionEditor() const { return captions_; }
+    SoundEditor* musicEditor() const { return music_; }
+
 private:
     QWidget* addSection(const QString& name, const QString& title, OptionTable table,
                         std::span<const ShowBinding> bind, QWidget* parent);
@@ -64,6 +70,8 @@ private:
     std::vector<std::pair<QString, TextField>> texts_;
     QComboBox* controlSet_ = nullptr;
     QComboBox* muteSet_ = nullptr;
+    CaptionEditor* captions_ = nullptr;
+    SoundEditor* music_ = nullptr;
     bool updating_ = false;
 };
 

@@ -11,7 +11,9 @@
 #include <QScrollBar>
 #include <QVBoxLayout>
 
+#include "app/CaptionEditor.h"
 #include "app/Document.h"
+#include "app/SoundEditor.h"
 #include "effects/CameraEffect.h"
 #include "effects/OverlayEffect.h"
 #include "effects/Transition.h"
@@ -284,6 +286,14 @@ SlidePanel::SlidePanel(Document& doc, QWidget* parent) : QDockWidget("Slide Prop
     sections->addWidget(click);
     sections->addWidget(addSection("popup", "Popup window", kPopupRows, kPopupBind, body_));
     sections->addWidget(addSection("picture", "Picture", kPictureRows, kPictureBind, body_));
+    captions_ = new CaptionEditor("Captions", [this](const QString& what, const std::function<void(CaptionList&)>& change) {
+        edit(what, [&change](Slide& s) { change(s.captions); });
+    }, body_);
+    sections->addWidget(captions_);
+    sound_ = new SoundEditor("Sound", [this](const QString& what, const std::function<void(SlideSound&)>& change) {
+        edit(what, [&change](Slide& s) { change(s.sound); });
+    }, body_);
+    sections->addWidget(sound_);
     scroll->setWidget(page);
     refresh();
     // Wide enough for the fields; long panels scroll down, never sideways.
@@ -495,6 +505,10 @@ void SlidePanel::refresh() {
     overlayChooser_->setCurrentIndex(overlay ? overlayChooser_->findText(*overlay) : -1);
     updating_ = false;
     for (auto& [name, e] : effects_) refreshEffects(e);
+    const Slide* one = all.size() == 1 ? all.front() : nullptr;
+    const bool several = all.size() > 1;
+    captions_->setCaptions(one ? &one->captions : nullptr, several ? "Select one slide to edit its captions." : "");
+    sound_->setSound(one ? &one->sound : nullptr, several ? "Select one slide to edit its sounds." : "");
 }
 
 }  // namespace quillet::app

@@ -22,7 +22,9 @@ class Slide;
 
 namespace quillet::app {
 
+class CaptionEditor;
 class Document;
+class SoundEditor;
 struct EffectOps;
 
 // How one row of a panel table reads and writes its slide field, in the
@@ -66,6 +68,10 @@ public:
     void removeEffect(const QString& name);
     void moveEffect(const QString& name, int delta);
 
+    // The captions and sounds of a single selected slide.
+    CaptionEditor* captionEditor() const { return captions_; }
+    SoundEditor* soundEditor() const { return sound_; }
+
 private:
     struct Section {
         OptionForm* form;
@@ -103,6 +109,8 @@ private:
     void refreshEffects(EffectList& effects);
     std::vector<std::pair<QString, EffectList>> effects_;
     OptionForm* cameraDuration_ = nullptr;
+    CaptionEditor* captions_ = nullptr;
+    SoundEditor* sound_ = nullptr;
     bool updating_ = false;
 };
 

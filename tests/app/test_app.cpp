@@ -7,6 +7,7 @@
 #include <QComboBox>
 #include <QElapsedTimer>
 #include <QLineEdit>
+#include <QPlainTextEdit>
 #include <QListWidget>
 #include <QSpinBox>
 #include <QImage>
@@ -23,12 +24,14 @@
 #include <QWebEngineView>
 #include <functional>
 
+#include "app/CaptionEditor.h"
 #include "app/MainWindow.h"
 #include "app/PreviewWindow.h"
 #include "app/Prompts.h"
 #include "app/SlideListModel.h"
 #include "app/ShowPanel.h"
 #include "app/SlidePanel.h"
+#include "app/SoundEditor.h"
 #include "effects/CameraEffect.h"
 #include "effects/Transition.h"
 #include "media/ImageFilter.h"
@@ -608,6 +611,93 @@ private slots:
         QCOMPARE(QString::fromStdString(placed.controlSet), sets->currentText());
         QVERIFY(placed.width > 1 && placed.height > 1);
         QVERIFY(savePanel(panel, "show-panel.png"));
+    }
+
+    // Captions and sounds, of one slide and of the whole show: every field is
+    // one undo step that changes the project text and undo restores it; a
+    // quality preset sets the rate and bit rate, and a rate typed by hand
+    // shows "Custom"; what was set comes back from the saved file.
+    void captionAndSoundFields_data() {
+        QTest::addColumn<bool>("ofShow");
+        QTest::newRow("slide") << false;
+        QTest::newRow("show") << true;
+    }
+    void captionAndSoundFields() {
+        QFETCH(bool, ofShow);
+        MainWindow w;
+        w.resize(900, 1000);
+        w.show();
+        QCOMPARE(w.insertPictures({red_}, 0), 1);
+        w.selectRows({0});
+        ofShow ? w.showProperties() : w.slideProperties();
+        CaptionEditor* captions = ofShow ? w.showPanel()->captionEditor() : w.slidePanel()->captionEditor();
+        SoundEditor* sound = ofShow ? w.showPanel()->musicEditor() : w.slidePanel()->soundEditor();
+        const SlideShow& show = w.document().show();
+        const Slide& slide = *show.slideAt(0);
+        const CaptionList& captionList = ofShow ? show.captions : slide.captions;
+        const SlideSound& soundData = ofShow ? show.sound : slide.sound;
+        QUndoStack& undo = w.document().undoStack();
+        auto check = [&](const QString& what, const std::function<void()>& set) {
+            const QString before = text(w);
+            const int steps = undo.count();
+            set();
+            QVERIFY2(undo.count() == steps + 1 && text(w) != before, qPrintable(what));
+            undo.undo();
+            QVERIFY2(text(w) == before, qPrintable(what));
+            undo.redo();
+        };
+        auto walk = [&](const OptionForm& form) {
+            for (size_t i = 0; i < form.table().size(); ++i) {
+                const OptionSpec& row = form.table()[i];
+                const double now = form.control(i)->property("value").toDouble();
+                double v = row.kind == OptionKind::List    ? std::fmod(qobject_cast<QComboBox*>(form.control(i))->currentIndex() + 1, double(row.items.size()))
+                           : row.kind == OptionKind::Bool  ? !qobject_cast<QCheckBox*>(form.control(i))->isChecked()
+                           : row.kind == OptionKind::Color ? 0x123456
+                           : row.maxValue != now           ? row.maxValue
+                                                           : row.minValue;
+                check(row.label, [&] { enter(form, i, v); });
+            }
+        };
+        check("add caption", [&] { captions->addCaption(); });
+        QCOMPARE(captions->list()->currentRow(), 0);
+        walk(*captions->form());
+        check("caption text", [&] {
+            captions->textField()->setFocus();
+            captions->textField()->setPlainText("Evening & morning");
+            QFocusEvent out(QEvent::FocusOut);
+            QApplication::sendEvent(captions->textField(), &out);
+        });
+        QComboBox* fonts = captions->fontChooser();
+        QVERIFY2(fonts->count() > 1, "no installed fonts listed");
+        check("caption font", [&] { fonts->setCurrentIndex(fonts->currentIndex() == 0 ? 1 : 0); });
+        check("second caption", [&] { captions->addCaption(); });
+        check("caption order", [&] {
+            captions->list()->setCurrentRow(1);
+            captions->moveCaption(-1);
+        });
+        QCOMPARE(captionList.items.at(1).text, std::string("Evening & morning"));
+
+        check("add sound", [&] { sound->addSound(file("tone.wav")); });
+        QVERIFY(soundData.include);
+        walk(*sound->form("switches"));
+        const OptionForm& clip = *sound->form("clip");
+        walk(clip);
+        auto* quality = qobject_cast<QComboBox*>(clip.control(6));
+        QVERIFY(quality);
+        check("preset", [&] { quality->setCurrentIndex(quality->findText("Speech/Voice")); });
+        QCOMPARE(std::pair(soundData.sounds.at(0).sampleRate, soundData.sounds.at(0).bitRate), std::pair(11025, 32));
+        QVERIFY(text(w).contains("sample_rate=\"11025\" bit_rate=\"32\""));
+        check("bit rate", [&] { typeInto(clip.control(8), "40"); });
+        QCOMPARE(quality->currentText(), QString("Custom"));
+        if (!ofShow) QVERIFY(savePanel(w.slidePanel(), "slide-panel-captions-sound.png"));
+        else QVERIFY(savePanel(w.showPanel(), "show-panel-captions-music.png"));
+
+        QVERIFY(w.saveTo(file("captions.qpj")));
+        MainWindow again;
+        QVERIFY(again.openFile(file("captions.qpj")));
+        const SlideShow& read = again.document().show();
+        QVERIFY((ofShow ? read.captions : read.slideAt(0)->captions) == captionList);
+        QVERIFY((ofShow ? read.sound : read.slideAt(0)->sound) == soundData);
     }
 
     // Needs a display: the demo show in the main window and its preview.
