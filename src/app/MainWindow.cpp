@@ -18,7 +18,9 @@
 
 #include "app/ExportRunner.h"
 #include "app/PreviewWindow.h"
+#include "app/PreferencesDialog.h"
 #include "app/Prompts.h"
+#include "app/PublishDialog.h"
 #include "app/SlideListModel.h"
 #include "app/ShowPanel.h"
 #include "app/SlidePanel.h"
@@ -135,6 +137,10 @@ void MainWindow::buildActions() {
                             QKeySequence(Qt::CTRL | Qt::Key_E), [this] { exportShow(); });
     QAction* publishA = make("P&ublish...", "Publish the show's targets into a folder", QStyle::SP_DriveNetIcon,
                              QKeySequence(Qt::CTRL | Qt::Key_P), [this] { publishShow(); });
+    QAction* publishSetA = make("Publish Se&ttings...", "Publish settings", QStyle::SP_FileDialogDetailedView,
+                                QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_P), [this] { PublishDialog(doc_, this).exec(); });
+    QAction* prefsA = make("Pre&ferences...", "Preferences", QStyle::SP_FileDialogListView, QKeySequence::Preferences,
+                           [this] { PreferencesDialog(this).exec(); });
     QAction* helpA = make("&Help", "Help", QStyle::SP_MessageBoxQuestion, QKeySequence(Qt::Key_F1), [this] { help(); });
     QAction* quitA = make("&Quit", "Quit", QStyle::SP_DialogCloseButton, QKeySequence::Quit, [this] { close(); });
     QAction* undoA = doc_.undoStack().createUndoAction(this, "&Undo");
@@ -155,7 +161,7 @@ void MainWindow::buildActions() {
     recentMenu_ = file->addMenu("Open &Recent");
     file->addActions({saveA, saveAsA});
     file->addSeparator();
-    file->addActions({exportA, publishA});
+    file->addActions({exportA, publishSetA, publishA});
     file->addSeparator();
     file->addAction(quitA);
     QMenu* edit = menuBar()->addMenu("&Edit");
@@ -164,6 +170,8 @@ void MainWindow::buildActions() {
     edit->addActions({insertA, blankA, dupA, deleteA});
     edit->addSeparator();
     edit->addActions({upA, downA, randomA});
+    edit->addSeparator();
+    edit->addAction(prefsA);
     QMenu* show = menuBar()->addMenu("&Show");
     show->addActions({showPropsA, slidePropsA});
     show->addSeparator();

@@ -26,6 +26,8 @@
 
 #include "app/CaptionEditor.h"
 #include "app/MainWindow.h"
+#include "app/PreferencesDialog.h"
+#include "app/PublishDialog.h"
 #include "app/PreviewWindow.h"
 #include "app/Prompts.h"
 #include "app/SlideListModel.h"
@@ -698,6 +700,92 @@ private slots:
         const SlideShow& read = again.document().show();
         QVERIFY((ofShow ? read.captions : read.slideAt(0)->captions) == captionList);
         QVERIFY((ofShow ? read.sound : read.slideAt(0)->sound) == soundData);
+    }
+
+    // A chosen target whose name is no file name is refused with its message
+    // and nothing reaches the document; a target left off is not checked.
+    void publishFileNames_data() {
+        QTest::addColumn<int>("target");
+        QTest::addColumn<bool>("chosen");
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<QString>("message");
+        QTest::newRow("movie empty") << 0 << true << "" << "Please enter a valid filename for the SWF.";
+        QTest::newRow("page with a folder") << 2 << true << "pages/show.html" << "Please enter a valid filename for the HTML.";
+        QTest::newRow("mac projector blank") << 3 << true << "   " << "Please enter a valid filename for the Macintosh Projector.";
+        QTest::newRow("quicktime colon") << 5 << true << "a:b.mov" << "Please enter a valid name for the QuickTime movie.";
+        QTest::newRow("screen saver star") << 6 << true << "*.scr" << "Please enter a valid filename for the Screen Saver";
+        QTest::newRow("installer") << 7 << true << "..\\x.exe" << "Please enter a valid filename for the Screen Saver Installer.";
+        QTest::newRow("left off") << 4 << false << "" << "";
+        QTest::newRow("good name") << 4 << true << "My show (2).exe" << "";
+    }
+    void publishFileNames() {
+        QFETCH(int, target);
+        QFETCH(bool, chosen);
+        QFETCH(QString, name);
+        QFETCH(QString, message);
+        MainWindow w;
+        PublishDialog dialog(w.document());
+        dialog.useBaseName()->setChecked(false);
+        if (dialog.targetBox(target)->isChecked() != chosen) dialog.targetBox(target)->click();
+        typeInto(dialog.targetName(target), name);
+        if (name.isEmpty()) QTest::keyClick(dialog.targetName(target), Qt::Key_Backspace);
+        const QString before = text(w);
+        QCOMPARE(dialog.apply(), message.isEmpty());
+        QCOMPARE(dialog.message(), message);
+        QCOMPARE(prompts_.told.isEmpty() ? QString() : prompts_.told.last(), message);
+        if (!message.isEmpty()) QCOMPARE(text(w), before);
+    }
+
+    // The publish settings reach the project as one undo step; file names
+    // follow the base name, "Match movie" takes the stage size. The
+    // preferences go to the settings file and never to the undo history.
+    void publishSettingsAndPreferences() {
+        MainWindow w;
+        w.document().setShowSettings({640, 480, 12.0f, 0});
+        QUndoStack& undo = w.document().undoStack();
+        const QString before = text(w);
+        const int steps = undo.count();
+        PublishDialog dialog(w.document());
+        typeInto(dialog.baseName(), "Holiday");
+        QCOMPARE(dialog.targetName(2)->text(), QString("Holiday.html"));
+        QVERIFY(!dialog.targetName(2)->isEnabled());
+        OptionForm& page = *dialog.form("page");
+        enter(page, 0, HtmlSettings::Pixels);
+        enter(page, 1, 500);
+        QCOMPARE(dialog.settings().htmlSettings.width, 500);
+        enter(page, 0, HtmlSettings::MatchMovie);
+        QCOMPARE(std::pair(dialog.settings().htmlSettings.width, dialog.settings().htmlSettings.height), std::pair(640, 480));
+        enter(*dialog.form("projectors"), 3, 1);
+        typeInto(dialog.playersFolder(), file("players"));
+        dialog.resize(dialog.sizeHint());
+        QVERIFY(dialog.grab().save(QString(QUILLET_ARTEFACTS_DIR) + "/publish-settings.png"));
+        QVERIFY(dialog.apply());
+        QCOMPARE(undo.count(), steps + 1);
+        const QString after = text(w);
+        for (const char* part : {"default_base_filename=\"Holiday\"", "filename=\"Holiday.html\"", "orig_width=\"640\"",
+                                 "fullscreen=\"true\""})
+            QVERIFY2(after.contains(part), part);
+        QCOMPARE(QString::fromStdString(AppSettings::current().publishPlayersPath), file("players"));
+        undo.undo();
+        QCOMPARE(text(w), before);
+        undo.redo();
+
+        PreferencesDialog prefs;
+        enter(*prefs.form(), 0, 55);
+        enter(*prefs.form(), 7, 1);
+        enter(*prefs.form(), 8, 3);
+        typeInto(prefs.textField("Player download"), "https://example.org/player");
+        QVERIFY(prefs.grab().save(QString(QUILLET_ARTEFACTS_DIR) + "/preferences.png"));
+        QVERIFY(prefs.apply());
+        QCOMPARE(undo.count(), steps + 1);
+        AppSettings saved;
+        QVERIFY(saved.load());
+        QCOMPARE(saved.defaultImageQuality, 55);
+        QVERIFY(saved.readExifData);
+        QCOMPARE(saved.recentProjects.capacity(), size_t(3));
+        QCOMPARE(saved.publishPlayerDownloadUrl, std::string("https://example.org/player"));
+        QCOMPARE(saved.publishPlayersPath, file("players").toStdString());
+        AppSettings::current().resetToDefaults();
     }
 
     // Needs a display: the demo show in the main window and its preview.

@@ -1,0 +1,106 @@
+#include "app/PreferencesDialog.h"
+
+#include <QDialogButtonBox>
+#include <QFormLayout>
+#include <QGroupBox>
+#include <QLineEdit>
+#include <QVBoxLayout>
+
+#include "app/Prompts.h"
+
+namespace quillet::app {
+
+namespace {
+
+constexpr const char* kHAligns[] = {"Left", "Center", "Right"};
+constexpr const char* kVAligns[] = {"Top", "Center", "Bottom"};
+constexpr OptionSpec Box(const char* label) { return {.kind = OptionKind::Bool, .label = label}; }
+constexpr OptionSpec Whole(const char* label, double lo, double hi) {
+    return {.kind = OptionKind::Integer, .label = label, .minValue = lo, .maxValue = hi};
+}
+
+constinit const OptionSpec kRows[] = {
+    Whole("JPEG quality of new slides:", 1, 100), Box("New slides scale to fit the stage"),
+    Box("New slides keep their aspect ratio"), Box("New slides align automatically"),
+    {.kind = OptionKind::List, .label = "Horizontal alignment:", .items = kHAligns},
+    {.kind = OptionKind::List, .label = "Vertical alignment:", .items = kVAligns},
+    Box("Adjust the bitmap shift of new slides"), Box("Read the Exif data of added pictures"),
+    Whole("Recent projects listed:", 0, int(RecentList::kMaxCapacity)),
+    Whole("Recent pictures listed:", 0, int(RecentList::kMaxCapacity)), Box("Show file paths in full")};
+struct Binding {
+    double (*get)(const AppSettings&);
+    void (*set)(AppSettings&, double);
+};
+#define INT_FIELD(f) {[](const AppSettings& s) { return double(s.f); }, [](AppSettings& s, double v) { s.f = int(v); }}
+#define BOOL_FIELD(f) {[](const AppSettings& s) { return double(s.f); }, [](AppSettings& s, double v) { s.f = v != 0; }}
+#define RECENT(f) \
+    {[](const AppSettings& s) { return double(s.f.capacity()); }, [](AppSettings& s, double v) { s.f.setCapacity(size_t(v)); }}
+constinit const Binding kBind[] = {INT_FIELD(defaultImageQuality), BOOL_FIELD(defaultImageScaleToFit),
+                                   BOOL_FIELD(defaultImageKeepAspectRatio), BOOL_FIELD(defaultImageAlign),
+                                   INT_FIELD(defaultImageHAlign), INT_FIELD(defaultImageVAlign),
+                                   BOOL_FIELD(defaultImageAdjustBitmapShift), BOOL_FIELD(readExifData),
+                                   RECENT(recentProjects), RECENT(recentImages), BOOL_FIELD(displayFullSettingsPath)};
+#undef INT_FIELD
+#undef BOOL_FIELD
+#undef RECENT
+static_assert(std::size(kRows) == std::size(kBind));
+
+}  // namespace
+
+PreferencesDialog::PreferencesDialog(QWidget* parent) : QDialog(parent), settings_(AppSettings::current()) {
+    setWindowTitle("Preferences");
+    auto* column = new QVBoxLayout(this);
+    auto* general = new QGroupBox("New slides and lists", this);
+    form_ = new OptionForm(general);
+    form_->setTable(kRows);
+    (new QVBoxLayout(general))->addWidget(form_);
+    column->addWidget(general);
+    std::vector<std::optional<double>> values;
+    for (const Binding& b : kBind) values.push_back(b.get(settings_));
+    form_->setValues(values);
+    connect(form_, &OptionForm::valueEdited, this, [this](int index, double value) { kBind[size_t(index)].set(settings_, value); });
+
+    auto* publish = new QGroupBox("Publishing", this);
+    auto* rows = new QFormLayout(publish);
+    const std::pair<const char*, std::string AppSettings::*> fields[] = {
+        {"Publish folder", &AppSettings::defaultPublishPath},
+        {"Player download", &AppSettings::publishPlayerDownloadUrl},
+        {"Plug-in page", &AppSettings::publishPluginPageUrl}};
+    for (const auto& [label, field] : fields) {
+        auto* line = new QLineEdit(QString::fromStdString(settings_.*field), publish);
+        line->setMinimumWidth(360);
+        rows->addRow(QString(label) + ":", line);
+        texts_.push_back({label, line});
+        connect(line, &QLineEdit::textEdited, this, [this, field = field](const QString& text) {
+            settings_.*field = text.trimmed().toStdString();
+        });
+    }
+    column->addWidget(publish);
+    auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, this);
+    connect(buttons, &QDialogButtonBox::accepted, this, &PreferencesDialog::accept);
+    connect(buttons, &QDialogButtonBox::rejected, this, &PreferencesDialog::reject);
+    column->addWidget(buttons);
+}
+
+QLineEdit* PreferencesDialog::textField(const QString& name) const {
+    for (const auto& [n, line] : texts_)
+        if (n == name) return line;
+    return nullptr;
+}
+
+bool PreferencesDialog::apply() {
+    // An emptied address means the usual one again.
+    if (settings_.publishPlayerDownloadUrl.empty()) settings_.publishPlayerDownloadUrl = AppSettings::kDefaultPlayerDownloadUrl;
+    if (settings_.publishPluginPageUrl.empty()) settings_.publishPluginPageUrl = AppSettings::kDefaultPluginPageUrl;
+    AppSettings::current() = settings_;
+    std::string why;
+    if (settings_.save(&why)) return true;
+    prompts().tell(this, "Preferences", "The preferences could not be saved.", QString::fromStdString(why));
+    return false;
+}
+
+void PreferencesDialog::accept() {
+    if (apply()) QDialog::accept();
+}
+
+}  // namespace quillet::app
