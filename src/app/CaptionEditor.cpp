@@ -11,6 +11,8 @@
 #include <QVBoxLayout>
 #include <algorithm>
 
+#include "settings/AppSettings.h"
+
 namespace quillet::app {
 
 namespace {
@@ -68,8 +70,8 @@ QString ListText(const Caption& c) {
 
 }  // namespace
 
-CaptionEditor::CaptionEditor(const QString& title, Edit edit, QWidget* parent)
-    : QGroupBox(title, parent), edit_(std::move(edit)) {
+CaptionEditor::CaptionEditor(const QString& title, bool ofShow, Edit edit, QWidget* parent)
+    : QGroupBox(title, parent), edit_(std::move(edit)), ofShow_(ofShow) {
     auto* box = new QVBoxLayout(this);
     list_ = new QListWidget(this);
     list_->setMaximumHeight(80);
@@ -149,9 +151,14 @@ void CaptionEditor::addCaption() {
     if (!isEnabled()) return;
     const int at = list_->currentRow() + 1;
     list_->setCurrentRow(-1);
-    edit_("Add Caption", [at](CaptionList& list) {
-        Caption c;
-        c.text = "Caption";
+    const AppSettings& settings = AppSettings::current();
+    Caption c;
+    c.text = "Caption";
+    c.fontName = ofShow_ ? settings.defaultShowFontName : settings.defaultSlideFontName;
+    const FontRecord& font = ofShow_ ? settings.defaultShowFont : settings.defaultSlideFont;
+    c.bold = font.weight >= 700;
+    c.italic = font.italic != 0;
+    edit_("Add Caption", [at, c](CaptionList& list) {
         list.items.insert(list.items.begin() + std::clamp(at, 0, int(list.items.size())), c);
     });
     list_->setCurrentRow(at);

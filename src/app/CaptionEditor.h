@@ -22,7 +22,8 @@ class CaptionEditor : public QGroupBox {
 public:
     // Runs `change` on the edited list as one undo step named `what`.
     using Edit = std::function<void(const QString& what, const std::function<void(CaptionList&)>& change)>;
-    CaptionEditor(const QString& title, Edit edit, QWidget* parent = nullptr);
+    // New captions take the default font of show captions or of slide captions.
+    CaptionEditor(const QString& title, bool ofShow, Edit edit, QWidget* parent = nullptr);
 
     // Shows `captions`; null disables the editor with `why` as its note.
     void setCaptions(const CaptionList* captions, const QString& why = {});
@@ -45,6 +46,7 @@ private:
     void change(const QString& what, const std::function<void(Caption&)>& edit);
 
     Edit edit_;
+    bool ofShow_ = false;
     QListWidget* list_ = nullptr;
     QPlainTextEdit* text_ = nullptr;
     QComboBox* font_ = nullptr;

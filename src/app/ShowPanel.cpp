@@ -155,7 +155,7 @@ ShowPanel::ShowPanel(Document& doc, QWidget* parent) : QDockWidget("Slide Show P
             [](SlideShow& s) -> std::string& { return s.bgFrameCustomPattern; });
     column->addWidget(frame);
     column->addWidget(addSection("movie", "Movie", kMovieRows, kMovieBind, page));
-    captions_ = new CaptionEditor("Show captions", [this](const QString& what, const std::function<void(CaptionList&)>& change) {
+    captions_ = new CaptionEditor("Show captions", true, [this](const QString& what, const std::function<void(CaptionList&)>& change) {
         doc_.editShow("Slide Show Properties: " + what, [&change](SlideShow& s) { change(s.captions); });
     }, page);
     column->addWidget(captions_);

@@ -286,7 +286,7 @@ SlidePanel::SlidePanel(Document& doc, QWidget* parent) : QDockWidget("Slide Prop
     sections->addWidget(click);
     sections->addWidget(addSection("popup", "Popup window", kPopupRows, kPopupBind, body_));
     sections->addWidget(addSection("picture", "Picture", kPictureRows, kPictureBind, body_));
-    captions_ = new CaptionEditor("Captions", [this](const QString& what, const std::function<void(CaptionList&)>& change) {
+    captions_ = new CaptionEditor("Captions", false, [this](const QString& what, const std::function<void(CaptionList&)>& change) {
         edit(what, [&change](Slide& s) { change(s.captions); });
     }, body_);
     sections->addWidget(captions_);

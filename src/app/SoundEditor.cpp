@@ -1,5 +1,6 @@
 #include "app/SoundEditor.h"
 
+#include <QComboBox>
 #include <QFileInfo>
 #include <QFormLayout>
 #include <QHBoxLayout>
@@ -24,6 +25,8 @@ constexpr OptionSpec Seconds(const char* label) {
 }
 
 constinit const OptionSpec kSwitchRows[] = {Box("Play sound"), Box("Play until the next sound")};
+
+constexpr size_t kQualityRow = 6;
 
 struct Binding {
     double (*get)(const SoundClip&);
@@ -228,6 +231,13 @@ void SoundEditor::setSound(const SlideSound* sound, const QString& why) {
         file_->setText(QString::fromStdString(c.src));
         std::vector<std::optional<double>> values;
         for (const Binding& b : kClipBind) values.push_back(b.get(c));
+        // Presets with the same values ("Very High", "Near-CD Quality"): the one chosen stays shown.
+        const auto* quality = qobject_cast<QComboBox*>(clip_->control(kQualityRow));
+        const int shown = quality ? quality->currentIndex() : -1;
+        const auto presets = SoundPresets();
+        if (shown > 0 && size_t(shown) < presets.size() && presets[size_t(shown)].sampleRate == c.sampleRate &&
+            presets[size_t(shown)].bitRate == c.bitRate)
+            values[kQualityRow] = shown;
         clip_->setValues(values);
     }
     updating_ = false;

@@ -665,8 +665,15 @@ private slots:
                 check(row.label, [&] { enter(form, i, v); });
             }
         };
+        // A new caption takes the default font of its kind.
+        AppSettings& settings = AppSettings::current();
+        (ofShow ? settings.defaultShowFontName : settings.defaultSlideFontName) = "DejaVu Serif";
+        (ofShow ? settings.defaultShowFont : settings.defaultSlideFont).weight = 700;
         check("add caption", [&] { captions->addCaption(); });
+        settings.resetToDefaults();
         QCOMPARE(captions->list()->currentRow(), 0);
+        QCOMPARE(captionList.items.at(0).fontName, std::string("DejaVu Serif"));
+        QVERIFY(captionList.items.at(0).bold);
         walk(*captions->form());
         check("caption text", [&] {
             captions->textField()->setFocus();
@@ -694,6 +701,9 @@ private slots:
         check("preset", [&] { quality->setCurrentIndex(quality->findText("Speech/Voice")); });
         QCOMPARE(std::pair(soundData.sounds.at(0).sampleRate, soundData.sounds.at(0).bitRate), std::pair(11025, 32));
         QVERIFY(text(w).contains("sample_rate=\"11025\" bit_rate=\"32\""));
+        // Two presets with the same values: the one chosen stays shown.
+        quality->setCurrentIndex(quality->findText("Near-CD Quality"));
+        QCOMPARE(quality->currentText(), QString("Near-CD Quality"));
         check("bit rate", [&] { typeInto(clip.control(8), "40"); });
         QCOMPARE(quality->currentText(), QString("Custom"));
         if (!ofShow) QVERIFY(savePanel(w.slidePanel(), "slide-panel-captions-sound.png"));
