@@ -192,7 +192,8 @@ def plan(photo_a, photo_b, work):
            f'<slide_show width="{WIDTH}" height="{HEIGHT}" fps="{FPS}" bg_color="0" use_compression="false">',
            "<slides>"]
     for photo, hold, name, attrs in slides:
-        xml.append(f'<slide type="image" src={quoteattr(photo)} duration="{hold}" >')
+        # Every photo fills the stage (stretched), so each case starts from a full picture.
+        xml.append(f'<slide type="image" src={quoteattr(photo)} duration="{hold}" keep_aspect_ratio="false" >')
         if name != "None":
             options = "".join(f" {k}={quoteattr(v)}" for k, v in attrs.items())
             xml += ["<transition_in>",
