@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # The sanitizer pass: one clang build with AddressSanitizer, UndefinedBehaviorSanitizer
 # (float-cast-overflow included) and fuzzing coverage, which runs the unit and
-# command-line tests and then every fuzz target for QUILLET_FUZZ_SECONDS (default 15) s.
+# command-line tests and then every fuzz target for QUILLET_FUZZ_SECONDS (default 10) s.
 # The whole-program scripts (e2e.*) run in the normal build only: they spend their
 # time in the browser and in outside parsers, and exporting a large photo under ASan
 # takes minutes. The desktop program is left out: its widget tests run in the normal build.
@@ -17,4 +17,4 @@ CC=clang CXX=clang++ cmake -S . -B "$SAN" -G Ninja -DCMAKE_BUILD_TYPE=RelWithDeb
 cmake --build "$SAN" -j"$(nproc)"
 export LSAN_OPTIONS="suppressions=$PWD/scripts/lsan.supp${LSAN_OPTIONS:+:$LSAN_OPTIONS}"
 (cd "$SAN" && ctest --output-on-failure -j"$(nproc)" -E '^e2e\.' "$@")
-bash scripts/fuzz.sh "$SAN" "${QUILLET_FUZZ_SECONDS:-15}"
+bash scripts/fuzz.sh "$SAN" "${QUILLET_FUZZ_SECONDS:-10}"
