@@ -6,14 +6,11 @@
 
 namespace quillet {
 
-namespace {
-
-// An invisible button: the stage rectangle is only its hit area, so the
-// slides show through and the pointer turns into a hand over the stage.
-std::unique_ptr<DefineButton2Tag> StageButton(MovieContext& ctx, SwfActionList&& onRelease) {
+// The rectangle is only the button's hit area, so what lies below shows
+// through and the pointer turns into a hand over it.
+std::unique_ptr<DefineButton2Tag> InvisibleButton(MovieContext& ctx, const SwfRect& area, SwfActionList&& onRelease) {
     const uint16_t shapeId = ctx.NewCharacterId();
-    SwfRect stage(0, ctx.StageWidth(), 0, ctx.StageHeight());
-    ctx.movie.AddTag(DefineShapeTag::Rectangle(shapeId, stage, SwfFillStyle::MakeSolid(SwfColor::FromRgb(0))));
+    ctx.movie.AddTag(DefineShapeTag::Rectangle(shapeId, area, SwfFillStyle::MakeSolid(SwfColor::FromRgb(0))));
     auto button = std::make_unique<DefineButton2Tag>(ctx.NewCharacterId());
     SwfButtonRecord hit;
     hit.states = SwfButtonRecord::HitTest;
@@ -23,6 +20,12 @@ std::unique_ptr<DefineButton2Tag> StageButton(MovieContext& ctx, SwfActionList&&
     release.actions = std::move(onRelease);
     button->actions.push_back(std::move(release));
     return button;
+}
+
+namespace {
+
+std::unique_ptr<DefineButton2Tag> StageButton(MovieContext& ctx, SwfActionList&& onRelease) {
+    return InvisibleButton(ctx, SwfRect(0, ctx.StageWidth(), 0, ctx.StageHeight()), std::move(onRelease));
 }
 
 }  // namespace

@@ -6,6 +6,7 @@
 #include "model/ClickAction.h"
 #include "model/SwfData.h"
 #include "movie/MovieScripts.h"
+#include "movie/ShowButtons.h"
 #include "swf/SwfActions.h"
 #include "swf/SwfTags.h"
 #include "swf/SwfWriter.h"
@@ -86,16 +87,7 @@ uint16_t WriteSlideClick(MovieContext& ctx, const SlideOnStage& slide, const Sli
     // The hit area is the slide's picture (the whole stage for a blank slide).
     SwfRect area(slide.x, slide.x + slide.width, slide.y, slide.y + slide.height);
     if (slide.width <= 0 || slide.height <= 0) area = SwfRect(0, ctx.StageWidth(), 0, ctx.StageHeight());
-    const uint16_t shapeId = ctx.NewCharacterId();
-    ctx.movie.AddTag(DefineShapeTag::Rectangle(shapeId, area, SwfFillStyle::MakeSolid(SwfColor::FromRgb(0))));
-    auto button = std::make_unique<DefineButton2Tag>(ctx.NewCharacterId());
-    SwfButtonRecord hit;
-    hit.states = SwfButtonRecord::HitTest;
-    hit.characterId = shapeId;
-    button->records.push_back(hit);
-    SwfButtonCondAction release;
-    release.actions = BuildSlideClick(in);
-    button->actions.push_back(std::move(release));
+    auto button = InvisibleButton(ctx, area, BuildSlideClick(in));
     const uint16_t buttonId = button->GetId();
     ctx.movie.AddTag(std::move(button));
     const uint16_t depth = ctx.NewDepth();

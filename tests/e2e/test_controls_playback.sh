@@ -6,14 +6,7 @@
 # the preloader shows its bar and text on a movie that loads over several
 # frames and the show starts once the set amount is in. Every control set is
 # shot for the artefact sheet. `quillet info` and yaswfp read the movies.
-set -euo pipefail
-: "${QUILLET:?}" "${QUILLET_SOURCE_DIR:?}"
-lib="$QUILLET_SOURCE_DIR/tests/e2e/lib"
-work=$(mktemp -d)
-trap 'rm -rf "$work"' EXIT
-export QUILLET_CONFIG_DIR="$work/config" XDG_CACHE_HOME="$work/cache"
-artefacts="${QUILLET_BUILD_DIR:-$work}/artefacts"
-mkdir -p "$artefacts"
+source "${BASH_SOURCE%/*}/lib/common.sh"
 
 for c in red lime blue; do convert -size 320x240 "xc:$c" "$work/$c.png"; done
 

@@ -4,11 +4,7 @@
 # was made with; a sound used by two slides is stored once; without the
 # encoder library, or with a bad sound file, the movie is written without
 # that sound and the export says why once.
-set -euo pipefail
-: "${QUILLET:?}" "${QUILLET_SOURCE_DIR:?}"
-work=$(mktemp -d)
-trap 'rm -rf "$work"' EXIT
-export QUILLET_CONFIG_DIR="$work/config" XDG_CACHE_HOME="$work/cache"
+source "${BASH_SOURCE%/*}/lib/common.sh"
 cd "$work"
 for c in red green blue; do convert -size 64x48 xc:$c $c.png; done
 sox -n -r 44100 -c 2 -b 16 tone.wav synth 3 sine 440 vol 0.5
