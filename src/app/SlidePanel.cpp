@@ -12,7 +12,9 @@
 #include <QVBoxLayout>
 
 #include "app/CaptionEditor.h"
+#include "app/CaptionStage.h"
 #include "app/Document.h"
+#include "app/PictureEditor.h"
 #include "app/SoundEditor.h"
 #include "effects/CameraEffect.h"
 #include "effects/OverlayEffect.h"
@@ -96,7 +98,9 @@ constexpr const char* kVAligns[] = {"Top", "Center", "Bottom"};
 constinit const OptionSpec kPictureRows[] = {
     Choice("Image type:", kImageTypes), Whole("JPEG quality:", 1, 100, 80), Box("Scale to fit the stage"),
     Box("Keep aspect ratio"),           Box("Align automatically"),        Choice("Horizontal:", kHAligns),
-    Choice("Vertical:", kVAligns)};
+    Choice("Vertical:", kVAligns),      Whole("Width:", 0, 10000, 0, "pixels"),
+    Whole("Height:", 0, 10000, 0, "pixels"), Whole("Left:", -1073741823, 1073741823, 0, "pixels"),
+    Whole("Top:", -1073741823, 1073741823, 0, "pixels")};
 constinit const SlideBinding kPictureBind[] = {
     {[](const Slide& s) { return double(s.image.imageType); }, [](Slide& s, double v) { s.image.imageType = ImageType(int(v)); }},
     {[](const Slide& s) { return double(s.image.quality); }, [](Slide& s, double v) { s.image.quality = int(v); }},
@@ -105,7 +109,12 @@ constinit const SlideBinding kPictureBind[] = {
      [](Slide& s, double v) { s.image.keepAspectRatio = v != 0; }},
     {[](const Slide& s) { return double(s.image.autoAlign); }, [](Slide& s, double v) { s.image.autoAlign = v != 0; }},
     {[](const Slide& s) { return double(s.image.hAlign); }, [](Slide& s, double v) { s.image.hAlign = HAlign(int(v)); }},
-    {[](const Slide& s) { return double(s.image.vAlign); }, [](Slide& s, double v) { s.image.vAlign = VAlign(int(v)); }}};
+    {[](const Slide& s) { return double(s.image.vAlign); }, [](Slide& s, double v) { s.image.vAlign = VAlign(int(v)); }},
+    // Size and place count while fitting and aligning are off.
+    {[](const Slide& s) { return double(s.image.width); }, [](Slide& s, double v) { s.setWidth(int(v)); }},
+    {[](const Slide& s) { return double(s.image.height); }, [](Slide& s, double v) { s.setHeight(int(v)); }},
+    {[](const Slide& s) { return double(s.image.x); }, [](Slide& s, double v) { s.image.x = int(v); }},
+    {[](const Slide& s) { return double(s.image.y); }, [](Slide& s, double v) { s.image.y = int(v); }}};
 
 constinit const OptionSpec kMoveRows[] = {SecondsRow("Duration:")};
 
@@ -285,11 +294,26 @@ SlidePanel::SlidePanel(Document& doc, QWidget* parent) : QDockWidget("Slide Prop
     }
     sections->addWidget(click);
     sections->addWidget(addSection("popup", "Popup window", kPopupRows, kPopupBind, body_));
-    sections->addWidget(addSection("picture", "Picture", kPictureRows, kPictureBind, body_));
+    QWidget* picture = addSection("picture", "Picture", kPictureRows, kPictureBind, body_);
+    picture_ = new PictureEditor([this](const QString& what, const std::function<void(Slide&)>& change) {
+        edit(what, change);
+    }, picture);
+    static_cast<QVBoxLayout*>(picture->layout())->addWidget(picture_);
+    sections->addWidget(picture);
     captions_ = new CaptionEditor("Captions", false, [this](const QString& what, const std::function<void(CaptionList&)>& change) {
         edit(what, [&change](Slide& s) { change(s.captions); });
     }, body_);
     sections->addWidget(captions_);
+    stage_ = new CaptionStage([this](int index, const std::function<void(Caption&)>& change) {
+        edit("Caption Position", [index, &change](Slide& s) {
+            if (index >= 0 && index < int(s.captions.items.size())) change(s.captions.items[size_t(index)]);
+        });
+    }, captions_);
+    captions_->layout()->addWidget(stage_);
+    connect(captions_->list(), &QListWidget::currentRowChanged, this, [this](int row) {
+        const std::vector<const Slide*> all = slides();
+        stage_->setSlide(all.size() == 1 ? all.front() : nullptr, row);
+    });
     sound_ = new SoundEditor("Sound", [this](const QString& what, const std::function<void(SlideSound&)>& change) {
         edit(what, [&change](Slide& s) { change(s.sound); });
     }, body_);
@@ -427,6 +451,7 @@ void SlidePanel::refreshEffects(EffectList& e) {
     for (size_t i = 0; i < table.size(); ++i) values.push_back(e.ops->value(*slide, at, i));
     e.form->setValues(values);
     if (e.ops == &kCameraOps) {
+        picture_->setMove(current ? at : -1);
         cameraDuration_->setVisible(current);
         if (current) cameraDuration_->setValues({slide->cameraMoveAt(at)->duration / 1000.0});
     }
@@ -504,11 +529,13 @@ void SlidePanel::refresh() {
     overlayChooser_->setPlaceholderText(overlay ? QString() : QString("(mixed)"));
     overlayChooser_->setCurrentIndex(overlay ? overlayChooser_->findText(*overlay) : -1);
     updating_ = false;
-    for (auto& [name, e] : effects_) refreshEffects(e);
     const Slide* one = all.size() == 1 ? all.front() : nullptr;
     const bool several = all.size() > 1;
+    picture_->setSlide(one, several ? "Select one slide to crop its picture." : "");
+    for (auto& [name, e] : effects_) refreshEffects(e);
     captions_->setCaptions(one ? &one->captions : nullptr, several ? "Select one slide to edit its captions." : "");
     sound_->setSound(one ? &one->sound : nullptr, several ? "Select one slide to edit its sounds." : "");
+    stage_->setSlide(one, captions_->list()->currentRow());
 }
 
 }  // namespace quillet::app

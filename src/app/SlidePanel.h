@@ -23,6 +23,8 @@ class Slide;
 namespace quillet::app {
 
 class CaptionEditor;
+class CaptionStage;
+class PictureEditor;
 class Document;
 class SoundEditor;
 struct EffectOps;
@@ -71,6 +73,10 @@ public:
     // The captions and sounds of a single selected slide.
     CaptionEditor* captionEditor() const { return captions_; }
     SoundEditor* soundEditor() const { return sound_; }
+    // The picture of a single selected slide: crop, turn, camera frames.
+    PictureEditor* pictureEditor() const { return picture_; }
+    // The slide at stage scale; the current caption is dragged on it.
+    CaptionStage* captionStage() const { return stage_; }
 
 private:
     struct Section {
@@ -111,6 +117,8 @@ private:
     OptionForm* cameraDuration_ = nullptr;
     CaptionEditor* captions_ = nullptr;
     SoundEditor* sound_ = nullptr;
+    PictureEditor* picture_ = nullptr;
+    CaptionStage* stage_ = nullptr;
     bool updating_ = false;
 };
 

@@ -25,6 +25,8 @@
 #include <functional>
 
 #include "app/CaptionEditor.h"
+#include "app/CaptionStage.h"
+#include "app/PictureEditor.h"
 #include "app/MainWindow.h"
 #include "app/PreferencesDialog.h"
 #include "app/PublishDialog.h"
@@ -572,6 +574,84 @@ private slots:
         undo.undo();
         QCOMPARE(names(), added);
         QCOMPARE(panel->effectList("filters")->count(), 2);
+    }
+
+    // Gestures on the picture and the stage preview of a 320x240 photo on a
+    // 320x240 stage: each is one undo step, the saved file holds the result,
+    // and undoing every step gives back the project text before them.
+    void pictureAndCaptionDrags_data() {
+        QTest::addColumn<QStringList>("gestures");
+        QTest::addColumn<QStringList>("expected");
+        QTest::addRow("crop drawn") << QStringList{"drag 40 30 200 150"}
+            << QStringList{R"(crop="true")", R"(crop_left="40")", R"(crop_top="30")", R"(crop_right="200")", R"(crop_bottom="150")"};
+        QTest::addRow("crop moved, kept on the picture") << QStringList{"drag 40 30 200 150", "drag 100 100 300 60"}
+            << QStringList{R"(crop_left="160")", R"(crop_top="0")", R"(crop_right="320")", R"(crop_bottom="120")"};
+        QTest::addRow("crop corner dragged past the edge") << QStringList{"drag 40 30 200 150", "drag 200 150 400 300"}
+            << QStringList{R"(crop_left="40")", R"(crop_top="30")", R"(crop_right="320")", R"(crop_bottom="240")"};
+        QTest::addRow("crop turned right") << QStringList{"drag 40 30 200 150", "rotate 90"}
+            << QStringList{R"(rotate="90")", R"(crop_left="90")", R"(crop_top="40")", R"(crop_right="210")", R"(crop_bottom="200")"};
+        QTest::addRow("flipped") << QStringList{"drag 40 30 200 150", "flip"}
+            << QStringList{R"(flip_horizontal="true")", R"(crop_left="40")", R"(crop_right="200")"};
+        QTest::addRow("pan and zoom") << QStringList{"move", "drag 320 240 160 120", "drag 80 60 180 140"}
+            << QStringList{R"(pan_x="-4000")", R"(pan_y="-3200")", R"(zoom="2")"};
+        QTest::addRow("caption to the bottom right") << QStringList{"caption", "text Bottom right", "cdrag 100 -4"}
+            << QStringList{R"(txt="Bottom right")", R"(x="100")", R"(y="-4")"};
+    }
+    void pictureAndCaptionDrags() {
+        QFETCH(QStringList, gestures);
+        QFETCH(QStringList, expected);
+        MainWindow w;
+        w.resize(900, 900);
+        w.show();
+        QCOMPARE(w.insertPictures({red_}, 0), 1);
+        w.selectRows({0});
+        w.slideProperties();
+        SlidePanel* panel = w.slidePanel();
+        PictureEditor* picture = panel->pictureEditor();
+        CaptionStage* stage = panel->captionStage();
+        picture->canvas()->setFixedSize(336, 256);  // one canvas pixel per picture pixel
+        stage->setFixedSize(328, 248);              // one widget pixel per stage pixel
+        QUndoStack& undo = w.document().undoStack();
+        const int before = undo.count();
+        const QString original = text(w);
+        auto drag = [](QWidget* on, QPoint from, QPoint to) {
+            QTest::mousePress(on, Qt::LeftButton, {}, from);
+            QTest::mouseMove(on, (from + to) / 2);
+            QTest::mouseMove(on, to);
+            QTest::mouseRelease(on, Qt::LeftButton, {}, to);
+        };
+        for (const QString& gesture : gestures) {
+            const QStringList g = gesture.split(' ');
+            if (g[0] == "drag")
+                drag(picture->canvas(), picture->canvasPoint({g[1].toDouble(), g[2].toDouble()}),
+                     picture->canvasPoint({g[3].toDouble(), g[4].toDouble()}));
+            else if (g[0] == "rotate") picture->rotate(g[1].toInt());
+            else if (g[0] == "flip") picture->flip(true);
+            else if (g[0] == "move") {
+                panel->effectChooser("camera")->setCurrentIndex(panel->effectChooser("camera")->findText("pan_zoom"));
+                panel->addEffect("camera");
+                QCOMPARE(picture->cameraFrame(false), QRectF(0, 0, 320, 240));
+            } else if (g[0] == "caption") {
+                panel->captionEditor()->addCaption();
+            } else if (g[0] == "text") {
+                const std::string typed = gesture.mid(5).toStdString();
+                w.document().editSlides({0}, "Caption Text", [&typed](Slide& s) { s.captions.items.at(0).text = typed; });
+            } else if (g[0] == "cdrag") {
+                const QPointF from = stage->captionBlock(0).center();
+                drag(stage, stage->widgetPoint(from), stage->widgetPoint(from + QPointF(g[1].toDouble(), g[2].toDouble())));
+            }
+        }
+        QCOMPARE(undo.count(), before + gestures.size());
+        if (QTest::currentDataTag() == QString("pan and zoom")) QVERIFY(savePanel(panel, "slide-panel-picture-pan-zoom.png"));
+        if (QTest::currentDataTag() == QString("caption to the bottom right")) QVERIFY(savePanel(panel, "slide-panel-caption-stage.png"));
+        if (QTest::currentDataTag() == QString("crop turned right")) QVERIFY(savePanel(panel, "slide-panel-picture-crop.png"));
+        QVERIFY(w.saveTo(file("drags.qpj")));
+        QFile saved(file("drags.qpj"));
+        QVERIFY(saved.open(QIODevice::ReadOnly));
+        const QString project = QString::fromUtf8(saved.readAll());
+        for (const QString& want : expected) QVERIFY2(project.contains(" " + want), qPrintable(want + " not in\n" + project.mid(project.indexOf("<caption "), 600)));
+        while (undo.index() > before) undo.undo();
+        QCOMPARE(text(w), original);
     }
 
     // Every field of the show panel reaches the project text as one undo
