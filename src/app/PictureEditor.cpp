@@ -107,7 +107,7 @@ public:
     }
     QRectF cameraFrame(bool end) const {
         if (!hasMove()) return {};
-        if (end && drag_ && camera_) return dragged_;
+        if (drag_ && camera_ && end == (target_ == move_)) return dragged_;
         return frame(CameraAt(*slide_, move_, end));
     }
 
@@ -137,9 +137,17 @@ protected:
     void mousePressEvent(QMouseEvent* e) override {
         if (!slide_ || e->button() != Qt::LeftButton || pictureSize().isEmpty()) return;
         press_ = e->position();
+        // The end frame sets this move; the start frame is where an earlier
+        // pan/zoom ends, so dragging it sets that one.
+        const int earlier = hasMove() ? Earlier() : -1;
+        target_ = move_;
         camera_ = hasMove() && (grip_ = Hit(toCanvas(cameraFrame(true)), press_)) != None;
+        if (!camera_ && earlier >= 0 && (grip_ = Hit(toCanvas(cameraFrame(false)), press_)) != None) {
+            camera_ = true;
+            target_ = earlier;
+        }
         if (camera_) {
-            start_ = dragged_ = cameraFrame(true);
+            start_ = dragged_ = cameraFrame(target_ == move_);
         } else {
             start_ = dragged_ = crop();
             grip_ = Hit(toCanvas(start_), press_);
@@ -199,6 +207,12 @@ protected:
     }
 
 private:
+    // The last pan/zoom before the selected move; -1 when there is none.
+    int Earlier() const {
+        for (int i = move_ - 1; i >= 0; --i)
+            if (const CameraEffect* m = slide_->cameraMoveAt(i); m && m->name() == "pan_zoom") return i;
+        return -1;
+    }
     // Grips within a few pixels of an edge; corners catch two edges.
     static int Hit(const QRectF& r, QPointF p) {
         constexpr double kNear = 6;
@@ -219,9 +233,11 @@ private:
         p.setBrush(colour);
         for (QPointF c : {r.topLeft(), r.topRight(), r.bottomLeft(), r.bottomRight()})
             p.drawRect(QRectF(c - QPointF(3, 3), QSizeF(6, 6)));
-        if (!label.isEmpty()) {
+        if (!label.isEmpty()) {  // on a dark tab, readable over any picture
+            const QRectF tab(r.topLeft() + QPointF(4, 4), QSizeF(p.fontMetrics().horizontalAdvance(label) + 8, p.fontMetrics().height() + 2));
+            p.fillRect(tab, QColor(0, 0, 0, 170));
             p.setPen(colour);
-            p.drawText(r.topLeft() + QPointF(5, 14), label);
+            p.drawText(tab, Qt::AlignCenter, label);
         }
     }
     void commitCrop(const QRectF& r) {
@@ -239,11 +255,11 @@ private:
         const double kx = v.width() / slide_->image.width, ky = v.height() / slide_->image.height;
         const double stageW = slide_->show() ? slide_->show()->width() : 320;
         const double zoom = std::clamp(stageW / (r.width() / kx), 0.01, 100.0);
-        const Camera from = CameraAt(*slide_, move_, false);
+        const Camera from = CameraAt(*slide_, target_, false);
         const double x = -(r.left() - v.left()) / kx * zoom, y = -(r.top() - v.top()) / ky * zoom;
         const double panX = std::round((x - from.x) * 20), panY = std::round((y - from.y) * 20);
         const double z = std::round(zoom * 1000) / 1000;
-        owner_->edit_("Camera Move", [at = move_, panX, panY, z](Slide& s) {
+        owner_->edit_("Camera Move", [at = target_, panX, panY, z](Slide& s) {
             CameraEffect* m = s.cameraMoveAt(at);
             if (!m || m->name() != "pan_zoom") return;
             m->options().SetValue(0, panX);
@@ -258,6 +274,7 @@ private:
     int move_ = -1;
     int drag_ = None, grip_ = None;
     bool camera_ = false;
+    int target_ = -1;  // the move a camera drag sets
     QPointF press_;
     QRectF start_, dragged_;
 };

@@ -594,6 +594,8 @@ private slots:
             << QStringList{R"(flip_horizontal="true")", R"(crop_left="40")", R"(crop_right="200")"};
         QTest::addRow("pan and zoom") << QStringList{"move", "drag 320 240 160 120", "drag 80 60 180 140"}
             << QStringList{R"(pan_x="-4000")", R"(pan_y="-3200")", R"(zoom="2")"};
+        QTest::addRow("second move's start frame sets the first move") << QStringList{"move", "move", "drag 80 60 180 140", "drag 0 0 160 120"}
+            << QStringList{R"(pan_x="-6400" pan_y="-4800" zoom="2")", R"(pan_x="-2000" pan_y="-1600" zoom="1")"};
         QTest::addRow("caption to the bottom right") << QStringList{"caption", "text Bottom right", "cdrag 100 -4"}
             << QStringList{R"(txt="Bottom right")", R"(x="100")", R"(y="-4")"};
     }
@@ -630,7 +632,7 @@ private slots:
             else if (g[0] == "move") {
                 panel->effectChooser("camera")->setCurrentIndex(panel->effectChooser("camera")->findText("pan_zoom"));
                 panel->addEffect("camera");
-                QCOMPARE(picture->cameraFrame(false), QRectF(0, 0, 320, 240));
+                QCOMPARE(picture->cameraFrame(true), QRectF(0, 0, 320, 240));
             } else if (g[0] == "caption") {
                 panel->captionEditor()->addCaption();
             } else if (g[0] == "text") {
