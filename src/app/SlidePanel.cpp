@@ -15,6 +15,8 @@
 #include "app/CaptionStage.h"
 #include "app/Document.h"
 #include "app/PictureEditor.h"
+#include "app/Prompts.h"
+#include "app/TransitionPreview.h"
 #include "app/SoundEditor.h"
 #include "effects/CameraEffect.h"
 #include "effects/OverlayEffect.h"
@@ -234,7 +236,12 @@ SlidePanel::SlidePanel(Document& doc, QWidget* parent) : QDockWidget("Slide Prop
     for (const auto& prototype : TransitionRegistry::instance())
         transitionChooser_->addItem(QString::fromStdString(prototype->name()));
     auto* chooserRow = new QFormLayout;
-    chooserRow->addRow("Transition:", transitionChooser_);
+    auto* chooserLine = new QHBoxLayout;
+    chooserLine->addWidget(transitionChooser_, 1);
+    auto* previewButton = new QPushButton("Preview", transition);
+    connect(previewButton, &QPushButton::clicked, this, &SlidePanel::previewTransition);
+    chooserLine->addWidget(previewButton);
+    chooserRow->addRow("Transition:", chooserLine);
     auto* box = static_cast<QVBoxLayout*>(transition->layout());
     box->insertLayout(0, chooserRow);
     transitionOptions_ = new OptionForm(transition);
@@ -455,6 +462,14 @@ void SlidePanel::refreshEffects(EffectList& e) {
         cameraDuration_->setVisible(current);
         if (current) cameraDuration_->setValues({slide->cameraMoveAt(at)->duration / 1000.0});
     }
+}
+
+bool SlidePanel::previewTransition() {
+    if (rows_.isEmpty()) return false;
+    QString error;
+    if (PreviewTransition(this, doc_, rows_.first(), transitionPreview_, &error)) return true;
+    prompts().tell(this, "Quillet", "The transition cannot be previewed.", error);
+    return false;
 }
 
 OptionForm* SlidePanel::form(const QString& name) const {

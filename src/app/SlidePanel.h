@@ -25,6 +25,7 @@ namespace quillet::app {
 class CaptionEditor;
 class CaptionStage;
 class PictureEditor;
+class PreviewWindow;
 class Document;
 class SoundEditor;
 struct EffectOps;
@@ -72,6 +73,9 @@ public:
 
     // The captions and sounds of a single selected slide.
     CaptionEditor* captionEditor() const { return captions_; }
+    // Plays the transition into the first selected slide in a small window.
+    bool previewTransition();
+    PreviewWindow* transitionPreview() const { return transitionPreview_; }
     SoundEditor* soundEditor() const { return sound_; }
     // The picture of a single selected slide: crop, turn, camera frames.
     PictureEditor* pictureEditor() const { return picture_; }
@@ -119,6 +123,7 @@ private:
     SoundEditor* sound_ = nullptr;
     PictureEditor* picture_ = nullptr;
     CaptionStage* stage_ = nullptr;
+    PreviewWindow* transitionPreview_ = nullptr;
     bool updating_ = false;
 };
 

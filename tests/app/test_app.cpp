@@ -927,6 +927,30 @@ private slots:
         QVERIFY(w.previewFrom(2));
         qInfo("preview from slide 3 of %d, pictures cached: movie written after %lld ms",
               w.document().show().count(), clock.elapsed());
+
+        // The transition preview: red, then blue pushed in; some frame shows both.
+        MainWindow two;
+        QCOMPARE(two.insertPictures({red_, blue_}, 0), 2);
+        two.selectRows({1});
+        two.slideProperties();
+        SlidePanel* panel = two.slidePanel();
+        panel->transitionChooser()->setCurrentIndex(panel->transitionChooser()->findText("Push"));
+        QVERIFY(panel->previewTransition());
+        PreviewWindow* small = panel->transitionPreview();
+        QTRY_VERIFY_WITH_TIMEOUT(small->loaded(), 20000);
+        auto both = [&] {
+            shot = small->screen()->grabWindow(small->winId()).toImage();
+            int red = 0, blue = 0;
+            for (int y = 0; y < shot.height(); y += 8)
+                for (int x = 0; x < shot.width(); x += 8) {
+                    const QColor c = shot.pixelColor(x, y);
+                    red += c.red() > 180 && c.blue() < 80;
+                    blue += c.blue() > 180 && c.red() < 80;
+                }
+            return red > 10 && blue > 10;
+        };
+        QTRY_VERIFY_WITH_TIMEOUT(both(), 20000);
+        QVERIFY(shot.save(artefacts + "/transition-preview.png"));
     }
 };
 
