@@ -656,6 +656,73 @@ private slots:
         QCOMPARE(text(w), original);
     }
 
+    // A user's editing run over five photos through the panels: a crop, a
+    // pan/zoom drawn on the picture, "Push" to the left, a caption dragged to
+    // the bottom right, a filter. The saved project goes to the path in
+    // QUILLET_EDITING_RUN, which tests/e2e exports and plays in Ruffle.
+    void editingRun() {
+        const QString out = qEnvironmentVariable("QUILLET_EDITING_RUN");
+        if (out.isEmpty()) QSKIP("played by the e2e editing-run script");
+        // The photos stay beside the project for the export.
+        auto paint = [folder = QFileInfo(out).absolutePath()](const QString& name, const std::function<void(QPainter&)>& draw) {
+            QImage image(320, 240, QImage::Format_RGB32);
+            QPainter p(&image);
+            draw(p);
+            p.end();
+            image.save(folder + "/" + name, "PNG");
+            return folder + "/" + name;
+        };
+        const QStringList photos = {
+            paint("halves.png", [](QPainter& p) { p.fillRect(0, 0, 160, 240, Qt::red); p.fillRect(160, 0, 160, 240, Qt::green); }),
+            paint("bands.png", [](QPainter& p) { p.fillRect(0, 0, 320, 240, Qt::blue); p.fillRect(0, 0, 180, 240, Qt::red); p.fillRect(0, 0, 320, 140, Qt::green); }),
+            paint("blue.png", [](QPainter& p) { p.fillRect(0, 0, 320, 240, Qt::blue); }),
+            paint("grey.png", [](QPainter& p) { p.fillRect(0, 0, 320, 240, QColor(40, 40, 40)); }),
+            paint("yellow.png", [](QPainter& p) { p.fillRect(0, 0, 320, 240, Qt::yellow); })};
+        MainWindow w;
+        w.resize(900, 900);
+        w.show();
+        QCOMPARE(w.insertPictures(photos, 0), 5);
+        w.document().setDuration({0, 1, 2, 3, 4}, 2000);
+        SlidePanel* panel = w.slidePanel();
+        PictureEditor* picture = panel->pictureEditor();
+        auto drag = [](QWidget* on, QPoint from, QPoint to) {
+            QTest::mousePress(on, Qt::LeftButton, {}, from);
+            QTest::mouseMove(on, (from + to) / 2);
+            QTest::mouseMove(on, to);
+            QTest::mouseRelease(on, Qt::LeftButton, {}, to);
+        };
+        auto dragPicture = [&](QPointF from, QPointF to) {
+            drag(picture->canvas(), picture->canvasPoint(from), picture->canvasPoint(to));
+        };
+        w.selectRows({0});
+        w.slideProperties();
+        picture->canvas()->setFixedSize(336, 256);
+        panel->captionStage()->setFixedSize(328, 248);
+        dragPicture({10, 10}, {150, 230});  // the red half only
+        w.selectRows({1});
+        panel->effectChooser("camera")->setCurrentIndex(panel->effectChooser("camera")->findText("pan_zoom"));
+        panel->addEffect("camera");
+        dragPicture({320, 240}, {160, 120});  // twice as close
+        dragPicture({80, 60}, {180, 140});    // on the corner where the three colours meet
+        w.selectRows({2});
+        panel->transitionChooser()->setCurrentIndex(panel->transitionChooser()->findText("Push"));
+        enter(*panel->transitionOptions(), 0, 3);  // "Left"
+        w.selectRows({3});
+        panel->captionEditor()->addCaption();
+        w.document().editSlides({3}, "Caption Text", [](Slide& s) { s.captions.items.at(0).text = "Bottom right"; });
+        const QPointF from = panel->captionStage()->captionBlock(0).center();
+        drag(panel->captionStage(), panel->captionStage()->widgetPoint(from), panel->captionStage()->widgetPoint(from + QPointF(60, -4)));
+        w.selectRows({4});
+        panel->effectChooser("filters")->setCurrentIndex(1);
+        panel->addEffect("filters");
+        QVERIFY(savePanel(panel, "editing-run-slide-5.png"));
+        QVERIFY(w.saveTo(out));
+        const QString project = text(w);
+        for (const char* want : {R"(crop="true" crop_left="10" crop_top="10" crop_right="150" crop_bottom="230")",
+                                 R"(pan_x="-4000" pan_y="-3200" zoom="2")", R"(direction="left")", R"(x="60" y="-4")"})
+            QVERIFY2(project.contains(want), want);
+    }
+
     // Every field of the show panel reaches the project text as one undo
     // step, the panel shows the new value, and undo restores the text exactly.
     void showPanelFields() {
