@@ -658,7 +658,7 @@ private slots:
 
     // A user's editing run over five photos through the panels: a crop, a
     // pan/zoom drawn on the picture, "Push" to the left, a caption dragged to
-    // the bottom right, a filter. The saved project goes to the path in
+    // the bottom right, a filter, music. The saved project goes to the path in
     // QUILLET_EDITING_RUN, which tests/e2e exports and plays in Ruffle.
     void editingRun() {
         const QString out = qEnvironmentVariable("QUILLET_EDITING_RUN");
@@ -715,6 +715,9 @@ private slots:
         w.selectRows({4});
         panel->effectChooser("filters")->setCurrentIndex(1);
         panel->addEffect("filters");
+        // Music: the script leaves a tone beside the project.
+        w.showPanel()->musicEditor()->addSound(QFileInfo(out).absolutePath() + "/music.wav");
+        QVERIFY(w.document().show().sound.include);
         QVERIFY(savePanel(panel, "editing-run-slide-5.png"));
         QVERIFY(w.saveTo(out));
         const QString project = text(w);

@@ -1,12 +1,13 @@
 #!/usr/bin/env bash
 # A user's editing run in the desktop program (five photos: a crop, a pan/zoom
 # drawn on the picture, "Push" to the left, a caption dragged to the bottom
-# right, the black-and-white filter on a yellow photo), exported and played in Ruffle: each edit
-# shows in the movie.
+# right, the black-and-white filter on a yellow photo, music), exported and
+# played in Ruffle: each edit shows in the movie, and the music is in it.
 source "${BASH_SOURCE%/*}/lib/common.sh"
 app="${QUILLET_BUILD_DIR:-}/tests/test_app"
 [ -x "$app" ] || { echo "editing run: no desktop program in this build, skipped"; exit 0; }
 
+sox -n -r 22050 -c 1 "$work/music.wav" synth 3 sine 440
 QUILLET_EDITING_RUN="$work/run.qpj" QT_QPA_PLATFORM=offscreen "$app" editingRun >"$work/app.log" 2>&1 ||
   { cat "$work/app.log"; exit 1; }
 "$QUILLET" export "$work/run.qpj" -o "$work/run.swf" >/dev/null
@@ -34,6 +35,9 @@ if not (max(px) - min(px) <= 12 and min(px) > 150): bad.append(f"the filter turn
 if near(shots[6000]["20,60"], B): bad.append("the push has not left slide 2 on the left half-way")
 assert not bad, bad
 PY
+# The music is in the movie and starts.
+"$QUILLET" info "$work/run.swf" | awk '$2 == "DefineSound" {d = 1} $2 == "StartSound" {s = 1} END {exit !(d && s)}' ||
+  { echo "editing run: no music in the movie"; exit 1; }
 # The caption: light pixels in the bottom-right corner of slide 4's shot.
 light=$(convert "$work/shots/run-10000ms.png" -crop 140x50+180+190 -colorspace gray -threshold 70% -format '%[fx:mean]' info:)
 /usr/bin/python3 -c "import sys; v=float(sys.argv[1]); assert v > 0.03, f'no caption at the bottom right ({v})'" "$light"
