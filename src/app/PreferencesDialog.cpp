@@ -1,10 +1,15 @@
 #include "app/PreferencesDialog.h"
 
+#include <QCheckBox>
+#include <QComboBox>
 #include <QDialogButtonBox>
+#include <QFontDatabase>
 #include <QFormLayout>
+#include <QHBoxLayout>
 #include <QGroupBox>
 #include <QLineEdit>
 #include <QVBoxLayout>
+#include <tuple>
 
 #include "app/Prompts.h"
 
@@ -76,6 +81,39 @@ PreferencesDialog::PreferencesDialog(QWidget* parent) : QDialog(parent), setting
         });
     }
     column->addWidget(publish);
+
+    // The face, weight and slant new captions start with; their size is
+    // chosen per caption.
+    auto* fonts = new QGroupBox("Caption fonts", this);
+    auto* fontRows = new QFormLayout(fonts);
+    const std::tuple<const char*, std::string AppSettings::*, FontRecord AppSettings::*> fontFields[] = {
+        {"Show captions", &AppSettings::defaultShowFontName, &AppSettings::defaultShowFont},
+        {"Slide captions", &AppSettings::defaultSlideFontName, &AppSettings::defaultSlideFont}};
+    const QStringList families = QFontDatabase::families();
+    for (const auto& [label, name, record] : fontFields) {
+        auto* row = new QHBoxLayout;
+        auto* family = new QComboBox(fonts);
+        family->setObjectName(QString(label) + " font");
+        family->addItems(families);
+        const QString current = QString::fromStdString(settings_.*name);
+        if (family->findText(current) < 0) family->addItem(current);  // not installed here: kept as it is
+        family->setCurrentIndex(family->findText(current));
+        auto* bold = new QCheckBox("Bold", fonts);
+        bold->setObjectName(QString(label) + " bold");
+        bold->setChecked((settings_.*record).weight >= 700);
+        auto* italic = new QCheckBox("Italic", fonts);
+        italic->setObjectName(QString(label) + " italic");
+        italic->setChecked((settings_.*record).italic != 0);
+        row->addWidget(family, 1);
+        row->addWidget(bold);
+        row->addWidget(italic);
+        fontRows->addRow(QString(label) + ":", row);
+        connect(family, &QComboBox::currentTextChanged, this,
+                [this, name = name](const QString& text) { settings_.*name = text.toStdString(); });
+        connect(bold, &QCheckBox::toggled, this, [this, record = record](bool on) { (settings_.*record).weight = on ? 700 : 400; });
+        connect(italic, &QCheckBox::toggled, this, [this, record = record](bool on) { (settings_.*record).italic = on ? 1 : 0; });
+    }
+    column->addWidget(fonts);
     auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, this);
     connect(buttons, &QDialogButtonBox::accepted, this, &PreferencesDialog::accept);
     connect(buttons, &QDialogButtonBox::rejected, this, &PreferencesDialog::reject);

@@ -1,6 +1,6 @@
 // The preferences (Edit > Preferences...): the defaults new slides take,
 // reading the Exif data of added pictures, the length of the recent lists,
-// the default publish folder and the addresses published pages send a
+// the default publish folder, the fonts new captions start with, and the addresses published pages send a
 // browser without the player to. They belong to this computer, not to the
 // show: OK saves them to the settings file at once, with no undo step.
 #pragma once
