@@ -2,6 +2,7 @@
 
 #include <QAction>
 #include <QCloseEvent>
+#include <QColorDialog>
 #include <QCoreApplication>
 #include <QDesktopServices>
 #include <QDir>
@@ -516,6 +517,10 @@ void MainWindow::closeEvent(QCloseEvent* event) {
     s.mainWindowWidth = width();
     s.mainWindowHeight = height();
     s.swfPreviewWindowVisible = preview_ && preview_->isVisible();
+    for (int i = 0; i < int(s.customColors.size()); ++i) {
+        const QColor c = QColorDialog::customColor(i);
+        s.customColors[i] = uint32_t(c.red()) | uint32_t(c.green()) << 8 | uint32_t(c.blue()) << 16;
+    }
     if (preview_) {
         s.swfPreviewWindowX = preview_->pos().x();
         s.swfPreviewWindowY = preview_->pos().y();

@@ -2,6 +2,7 @@
 #include <unistd.h>
 
 #include <QApplication>
+#include <QColorDialog>
 #include <QCommandLineParser>
 #include <QFileInfo>
 #include <cstdlib>
@@ -51,6 +52,10 @@ int main(int argc, char** argv) {
     std::string error;
     if (!quillet::AppSettings::current().load(&error))
         qWarning("%s: %s", quillet::settingsFilePath().c_str(), error.c_str());
+    // The colour chooser's sixteen custom colours, kept as 0x00BBGGRR.
+    const auto& custom = quillet::AppSettings::current().customColors;
+    for (int i = 0; i < int(custom.size()); ++i)
+        QColorDialog::setCustomColor(i, QColor(custom[i] & 0xFF, (custom[i] >> 8) & 0xFF, (custom[i] >> 16) & 0xFF));
 
     // Run from the build folder, the control sets are beside the quillet
     // program, one folder up.
