@@ -5,6 +5,7 @@
 #include <QColorDialog>
 #include <QCoreApplication>
 #include <QDesktopServices>
+#include <QDockWidget>
 #include <QDir>
 #include <QFileInfo>
 #include <QItemSelectionModel>
@@ -67,12 +68,10 @@ MainWindow::MainWindow(bool batch, QWidget* parent) : QMainWindow(parent), batch
     list_->setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
     setCentralWidget(list_);
     slidePanel_ = new SlidePanel(doc_, this);
-    addDockWidget(Qt::RightDockWidgetArea, slidePanel_);
-    slidePanel_->hide();
     showPanel_ = new ShowPanel(doc_, this);
     addDockWidget(Qt::RightDockWidgetArea, showPanel_);
-    tabifyDockWidget(slidePanel_, showPanel_);
-    showPanel_->hide();
+    addDockWidget(Qt::RightDockWidgetArea, slidePanel_);
+    tabifyDockWidget(showPanel_, slidePanel_);  // the slide panel's tab in front
     connect(list_->selectionModel(), &QItemSelectionModel::selectionChanged, this,
             [this] { slidePanel_->setRows(selectedRows()); });
     status_ = new QLabel(this);
@@ -93,6 +92,18 @@ MainWindow::MainWindow(bool batch, QWidget* parent) : QMainWindow(parent), batch
     const AppSettings& s = AppSettings::current();
     move(s.mainWindowX, s.mainWindowY);
     resize(s.mainWindowWidth, s.mainWindowHeight);
+    // The panels open as they were left; one pulled out of the window goes
+    // back to where it last floated.
+    showPanel_->setVisible(s.showPropertiesWindowVisible);
+    slidePanel_->setVisible(s.slidePropertiesWindowVisible);
+    connect(showPanel_, &QDockWidget::topLevelChanged, this, [this](bool floating) {
+        const AppSettings& now = AppSettings::current();
+        if (floating) showPanel_->move(now.showPropertiesWindowX, now.showPropertiesWindowY);
+    });
+    connect(slidePanel_, &QDockWidget::topLevelChanged, this, [this](bool floating) {
+        const AppSettings& now = AppSettings::current();
+        if (floating) slidePanel_->move(now.slidePropertiesWindowX, now.slidePropertiesWindowY);
+    });
 
     connect(&recoveryTimer_, &QTimer::timeout, this, &MainWindow::writeRecoveryNow);
     recoveryTimer_.start(kRecoveryIntervalMs);
@@ -517,6 +528,16 @@ void MainWindow::closeEvent(QCloseEvent* event) {
     s.mainWindowWidth = width();
     s.mainWindowHeight = height();
     s.swfPreviewWindowVisible = preview_ && preview_->isVisible();
+    s.showPropertiesWindowVisible = showPanel_->toggleViewAction()->isChecked();
+    s.slidePropertiesWindowVisible = slidePanel_->toggleViewAction()->isChecked();  // a panel behind another tab counts as open
+    if (showPanel_->isFloating()) {
+        s.showPropertiesWindowX = showPanel_->pos().x();
+        s.showPropertiesWindowY = showPanel_->pos().y();
+    }
+    if (slidePanel_->isFloating()) {
+        s.slidePropertiesWindowX = slidePanel_->pos().x();
+        s.slidePropertiesWindowY = slidePanel_->pos().y();
+    }
     for (int i = 0; i < int(s.customColors.size()); ++i) {
         const QColor c = QColorDialog::customColor(i);
         s.customColors[i] = uint32_t(c.red()) | uint32_t(c.green()) << 8 | uint32_t(c.blue()) << 16;

@@ -69,7 +69,7 @@ int main(int argc, char** argv) {
         static ConsolePrompts console;
         quillet::app::setPrompts(&console);
         quillet::app::MainWindow window(true);
-        window.resize(760, 600);
+        window.resize(1180, 720);
         window.show();
         if (!parser.positionalArguments().isEmpty() && !window.openFile(parser.positionalArguments().first()))
             return 1;
