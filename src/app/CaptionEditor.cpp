@@ -7,10 +7,10 @@
 #include <QLabel>
 #include <QListWidget>
 #include <QPlainTextEdit>
-#include <QPushButton>
 #include <QVBoxLayout>
 #include <algorithm>
 
+#include "app/ListEditorParts.h"
 #include "settings/AppSettings.h"
 
 namespace quillet::app {
@@ -73,27 +73,15 @@ QString ListText(const Caption& c) {
 CaptionEditor::CaptionEditor(const QString& title, bool ofShow, Edit edit, QWidget* parent)
     : QGroupBox(title, parent), edit_(std::move(edit)), ofShow_(ofShow) {
     auto* box = new QVBoxLayout(this);
-    list_ = new QListWidget(this);
-    list_->setMaximumHeight(80);
-    box->addWidget(list_);
-    auto* buttons = new QHBoxLayout;
-    const std::pair<const char*, std::function<void()>> actions[] = {{"Add", [this] { addCaption(); }},
-                                                                     {"Remove", [this] { removeCaption(); }},
-                                                                     {"Up", [this] { moveCaption(-1); }},
-                                                                     {"Down", [this] { moveCaption(+1); }}};
-    for (const auto& [label, action] : actions) {
-        auto* button = new QPushButton(label, this);
-        connect(button, &QPushButton::clicked, this, action);
-        buttons->addWidget(button);
-    }
-    box->addLayout(buttons);
-    note_ = new QLabel(this);
-    note_->setWordWrap(true);
-    box->addWidget(note_);
-
-    fields_ = new QWidget(this);
-    auto* fields = new QVBoxLayout(fields_);
-    fields->setContentsMargins(0, 0, 0, 0);
+    const ListEditorButton actions[] = {{"Add", [this] { addCaption(); }},
+                                        {"Remove", [this] { removeCaption(); }},
+                                        {"Up", [this] { moveCaption(-1); }},
+                                        {"Down", [this] { moveCaption(+1); }}};
+    const ListEditorParts parts = AddListEditorParts(this, box, 80, actions);
+    list_ = parts.list;
+    note_ = parts.note;
+    fields_ = parts.fields;
+    QVBoxLayout* fields = parts.fieldsLayout;
     auto* top = new QFormLayout;
     text_ = new QPlainTextEdit(fields_);
     text_->setMaximumHeight(60);
@@ -108,7 +96,6 @@ CaptionEditor::CaptionEditor(const QString& title, bool ofShow, Edit edit, QWidg
     form_ = new OptionForm(fields_);
     form_->setTable(kRows);
     fields->addWidget(form_);
-    box->addWidget(fields_);
 
     // The text counts when the field is left, not at every key.
     text_->installEventFilter(this);

@@ -29,7 +29,7 @@ constinit const OptionSpec kRows[] = {
     Box("New slides keep their aspect ratio"), Box("New slides align automatically"),
     {.kind = OptionKind::List, .label = "Horizontal alignment:", .items = kHAligns},
     {.kind = OptionKind::List, .label = "Vertical alignment:", .items = kVAligns},
-    Box("Adjust the bitmap shift of new slides"), Box("Read the Exif data of added pictures"),
+    Box("Adjust the bitmap shift (every slide, at export)"), Box("Read the Exif data of added pictures"),
     Whole("Recent projects listed:", 0, int(RecentList::kMaxCapacity)),
     Whole("Recent pictures listed:", 0, int(RecentList::kMaxCapacity)), Box("Show file paths in full")};
 struct Binding {

@@ -11,6 +11,7 @@
 #include <QVBoxLayout>
 #include <algorithm>
 
+#include "app/ListEditorParts.h"
 #include "app/Prompts.h"
 #include "media/SoundPresets.h"
 
@@ -119,25 +120,12 @@ SoundEditor::SoundEditor(const QString& title, Edit edit, QWidget* parent)
     switches_ = new OptionForm(this);
     switches_->setTable(kSwitchRows);
     box->addWidget(switches_);
-    list_ = new QListWidget(this);
-    list_->setMaximumHeight(70);
-    box->addWidget(list_);
-    auto* buttons = new QHBoxLayout;
-    auto* add = new QPushButton("Add...", this);
-    auto* remove = new QPushButton("Remove", this);
-    connect(add, &QPushButton::clicked, this, [this] { addSound(); });
-    connect(remove, &QPushButton::clicked, this, &SoundEditor::removeSound);
-    buttons->addWidget(add);
-    buttons->addWidget(remove);
-    buttons->addStretch();
-    box->addLayout(buttons);
-    note_ = new QLabel(this);
-    note_->setWordWrap(true);
-    box->addWidget(note_);
-
-    fields_ = new QWidget(this);
-    auto* fields = new QVBoxLayout(fields_);
-    fields->setContentsMargins(0, 0, 0, 0);
+    const ListEditorButton actions[] = {{"Add...", [this] { addSound(); }}, {"Remove", [this] { removeSound(); }}};
+    const ListEditorParts parts = AddListEditorParts(this, box, 70, actions);
+    list_ = parts.list;
+    note_ = parts.note;
+    fields_ = parts.fields;
+    QVBoxLayout* fields = parts.fieldsLayout;
     auto* fileRow = new QHBoxLayout;
     file_ = new QLineEdit(fields_);
     file_->setObjectName("soundFile");
@@ -149,7 +137,6 @@ SoundEditor::SoundEditor(const QString& title, Edit edit, QWidget* parent)
     clip_ = new OptionForm(fields_);
     clip_->setTable(ClipRows());
     fields->addWidget(clip_);
-    box->addWidget(fields_);
 
     connect(switches_, &OptionForm::valueEdited, this, [this](int index, double value) {
         edit_(index == 0 ? "Play Sound" : "Play Until Next Sound", [index, value](SlideSound& s) {
