@@ -10,10 +10,14 @@
 #include <QScrollArea>
 #include <QScrollBar>
 #include <QVBoxLayout>
+#include <algorithm>
+#include <array>
+#include <utility>
 
 #include "app/CaptionEditor.h"
 #include "app/CaptionStage.h"
 #include "app/Document.h"
+#include "app/FilterPreview.h"
 #include "app/PictureEditor.h"
 #include "app/Prompts.h"
 #include "app/TransitionPreview.h"
@@ -85,16 +89,32 @@ constinit const SlideBinding kPopupBind[] = {POPUP_INT(width),      POPUP_INT(he
 #undef POPUP_INT
 #undef POPUP_BOOL
 
-// In the order of the image type values.
-constexpr const char* kImageTypes[] = {"JPEG",
-                                       "8-bit colour",
-                                       "15-bit colour",
-                                       "24-bit colour",
-                                       "JPEG, separate file",
-                                       "JPEG, imported data",
-                                       "JPEG with transparency",
-                                       "8-bit colour with transparency",
-                                       "24-bit colour with transparency"};
+// The image types the panel offers, in its order. The other two
+// ("jpeg_external", "rgb_8_transparent") are kept when a project has them
+// but cannot be chosen.
+constexpr std::pair<ImageType, const char*> kOfferedTypes[] = {
+    {ImageType::Jpeg, "Jpeg"},
+    {ImageType::JpegTransparent, "Jpeg w/ Alpha Channel"},
+    {ImageType::JpegImportData, "Jpeg Import Data"},
+    {ImageType::Rgb24, "Lossless 24 bit"},
+    {ImageType::Rgb24Transparent, "Lossless 24 bit w/ Alpha Channel"},
+    {ImageType::Rgb15, "Lossless 15 bit"},
+    {ImageType::Rgb8, "Lossless 8 bit"}};
+constexpr auto kImageTypes = [] {
+    std::array<const char*, std::size(kOfferedTypes)> out{};
+    for (size_t i = 0; i < out.size(); ++i) out[i] = kOfferedTypes[i].second;
+    return out;
+}();
+// What a type the list does not offer is called where the list shows it.
+const char* UnofferedTypeName(ImageType type) {
+    return type == ImageType::JpegExternal ? "Jpeg External File" : "Lossless 8 bit w/ Alpha Channel";
+}
+// The list position of a type; -1 (no entry) for one not offered.
+double ImageTypePosition(ImageType type) {
+    for (size_t i = 0; i < std::size(kOfferedTypes); ++i)
+        if (kOfferedTypes[i].first == type) return double(i);
+    return -1;
+}
 constexpr const char* kHAligns[] = {"Left", "Center", "Right"};
 constexpr const char* kVAligns[] = {"Top", "Center", "Bottom"};
 constinit const OptionSpec kPictureRows[] = {
@@ -104,7 +124,10 @@ constinit const OptionSpec kPictureRows[] = {
     Whole("Height:", 0, 10000, 0, "pixels"), Whole("Left:", -1073741823, 1073741823, 0, "pixels"),
     Whole("Top:", -1073741823, 1073741823, 0, "pixels")};
 constinit const SlideBinding kPictureBind[] = {
-    {[](const Slide& s) { return double(s.image.imageType); }, [](Slide& s, double v) { s.image.imageType = ImageType(int(v)); }},
+    {[](const Slide& s) { return ImageTypePosition(s.image.imageType); },
+     [](Slide& s, double v) {
+         if (v >= 0 && v < double(std::size(kOfferedTypes))) s.image.imageType = kOfferedTypes[size_t(v)].first;
+     }},
     {[](const Slide& s) { return double(s.image.quality); }, [](Slide& s, double v) { s.image.quality = int(v); }},
     {[](const Slide& s) { return double(s.image.scaleToFit); }, [](Slide& s, double v) { s.image.scaleToFit = v != 0; }},
     {[](const Slide& s) { return double(s.image.keepAspectRatio); },
@@ -383,6 +406,10 @@ QWidget* SlidePanel::addEffectList(const QString& name, const QString& title, co
     }
     auto* form = new OptionForm(group);
     box->addWidget(form);
+    if (&ops == &kFilterOps) {
+        filterPreview_ = new FilterPreview(group);
+        box->addWidget(filterPreview_);
+    }
     effects_.push_back({name, {&ops, group, list, chooser, form, note}});
     connect(form, &OptionForm::valueEdited, this, [this, list, &ops, title](int index, double value) {
         const int at = list->currentRow();
@@ -520,6 +547,19 @@ void SlidePanel::refresh() {
         for (const SlideBinding& b : section.bind) values.push_back(common(b.get));
         section.form->setValues(values);
     }
+    // A type the list does not offer shows by name over the empty list.
+    OptionForm* picture = form("picture");
+    const auto type = common([](const Slide& s) { return s.image.imageType; });
+    if (auto* types = qobject_cast<QComboBox*>(picture->control(0)); types && types->currentIndex() < 0 && !all.empty())
+        types->setPlaceholderText(!type ? QString("(mixed)") : QString("%1 (kept)").arg(UnofferedTypeName(*type)));
+    // Only the types encoded here as JPEG use the quality.
+    const bool jpeg = std::any_of(all.begin(), all.end(), [](const Slide* s) {
+        return s->image.imageType == ImageType::Jpeg || s->image.imageType == ImageType::JpegTransparent;
+    });
+    QWidget* quality = picture->control(1);
+    quality->setEnabled(jpeg || all.empty());
+    for (QLabel* label : picture->findChildren<QLabel*>())
+        if (label->buddy() == quality) label->setEnabled(quality->isEnabled());
     for (const auto& [name, text] : texts_) {
         const auto value = common([f = text.field](const Slide& s) { return f(const_cast<Slide&>(s)); });
         text.edit->setText(value ? QString::fromStdString(*value) : QString());
@@ -547,6 +587,7 @@ void SlidePanel::refresh() {
     const Slide* one = all.size() == 1 ? all.front() : nullptr;
     const bool several = all.size() > 1;
     picture_->setSlide(one, several ? "Select one slide to crop its picture." : "");
+    filterPreview_->setSlide(one);
     for (auto& [name, e] : effects_) refreshEffects(e);
     captions_->setCaptions(one ? &one->captions : nullptr, several ? "Select one slide to edit its captions." : "");
     sound_->setSound(one ? &one->sound : nullptr, several ? "Select one slide to edit its sounds." : "");

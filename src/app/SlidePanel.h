@@ -9,6 +9,7 @@
 #include <span>
 #include <vector>
 
+#include "app/FilterPreview.h"
 #include "app/OptionForm.h"
 
 class QComboBox;
@@ -79,6 +80,8 @@ public:
     SoundEditor* soundEditor() const { return sound_; }
     // The picture of a single selected slide: crop, turn, camera frames.
     PictureEditor* pictureEditor() const { return picture_; }
+    // The single selected slide's picture as exported, filters applied.
+    FilterPreview* filterPreview() const { return filterPreview_; }
     // The slide at stage scale; the current caption is dragged on it.
     CaptionStage* captionStage() const { return stage_; }
 
@@ -123,6 +126,7 @@ private:
     SoundEditor* sound_ = nullptr;
     PictureEditor* picture_ = nullptr;
     CaptionStage* stage_ = nullptr;
+    FilterPreview* filterPreview_ = nullptr;
     PreviewWindow* transitionPreview_ = nullptr;
     bool updating_ = false;
 };
