@@ -3,12 +3,9 @@
 #include <cmath>
 #include <cstdlib>
 #include <cstring>
-#include <filesystem>
 
 #include "media/Bitmap.h"
 #include "media/ImageFilter.h"
-#include "media/ImageImporter.h"
-#include "support/TempDir.h"
 
 namespace quillet {
 namespace {
@@ -207,74 +204,6 @@ TEST(NeighbourhoodFilters, EachDoesWhatItsNameSays) {
     Bitmap im = run("Implode", 80);
     EXPECT_EQ(px(im, 13, 13)[0], 40);  // the square shrinks towards the centre
     EXPECT_EQ(px(run("Implode", 0), 12, 12)[0], 200);
-}
-
-// All twenty filters on one real photo, as a sheet to look at: the original
-// first, then the filters in panel order, then the noisy inputs used for
-// Despeckle and Reduce Noise. Written to the build folder.
-TEST(NeighbourhoodFilters, ContactSheetOfARealPhoto) {
-    const std::string photo = "/usr/share/backgrounds/mate/nature/FreshFlower.jpg";
-    if (!std::filesystem::exists(photo)) GTEST_SKIP() << "mate-backgrounds not installed";
-    ImageImporter im;
-    ASSERT_TRUE(im.Open(photo));
-    constexpr uint32_t kW = 320, kH = 240;
-    Bitmap original;
-    ASSERT_TRUE(im.Render(original, kW, kH));
-    std::srand(1);
-    Bitmap speckled;
-    speckled.CopyFrom(original);
-    make("Add Noise", 3)->Apply(speckled);
-    Bitmap grainy;
-    grainy.CopyFrom(original);
-    make("Add Noise", 0)->Apply(grainy);
-
-    const auto& r = ImageFilterRegistry::instance();
-    std::vector<std::pair<std::string, Bitmap>> tiles;
-    auto add = [&](const std::string& label, const Bitmap& b) {
-        Bitmap copy;
-        copy.CopyFrom(b);
-        tiles.emplace_back(label, std::move(copy));
-    };
-    add("original", original);
-    for (size_t i = 0; i < r.count(); ++i) {
-        const std::string name = r.At(i)->name();
-        Bitmap b;
-        b.CopyFrom(name == "Despeckle" ? speckled : name == "Reduce Noise" ? grainy : original);
-        ASSERT_TRUE(r.At(i)->Apply(b)) << name;
-        add(name, b);
-    }
-    add("speckled input", speckled);
-    add("grainy input", grainy);
-    // The noise filters once more, a quarter of the picture at twice the size.
-    auto zoom = [](const Bitmap& b) {
-        Bitmap z;
-        z.Create(320, 240, 24);
-        for (uint32_t y = 0; y < 240; ++y)
-            for (uint32_t x = 0; x < 320; ++x) std::memcpy(z.row(y) + x * 3, b.row(60 + y / 2) + (80 + x / 2) * 3, 3);
-        return z;
-    };
-    const size_t despeckled = 5, denoised = 15;  // tiles of "Despeckle" and "Reduce Noise"
-    ASSERT_EQ(tiles[despeckled].first, "Despeckle");
-    ASSERT_EQ(tiles[denoised].first, "Reduce Noise");
-    add("speckled input 2x", zoom(speckled));
-    add("Despeckle 2x", zoom(tiles[despeckled].second));
-    add("grainy input 2x", zoom(grainy));
-    add("Reduce Noise 2x", zoom(tiles[denoised].second));
-
-    const std::filesystem::path build = std::filesystem::path(QUILLET_CLI).parent_path().parent_path();
-    const std::filesystem::path out = build / "artefacts";
-    std::filesystem::create_directories(out);
-    test::TempDir dir;
-    std::string montage = "montage -font DejaVu-Sans -pointsize 14 -tile 6x -geometry +4+4 -background '#333' -fill white ";
-    for (size_t i = 0; i < tiles.size(); ++i) {
-        const std::string raw = dir.file("t" + std::to_string(i) + ".rgb");
-        test::writeFile(raw, std::string(reinterpret_cast<const char*>(tiles[i].second.pixels()), tiles[i].second.byteSize()));
-        montage += "-label '" + tiles[i].first + "' -size 320x240 -depth 8 rgb:" + raw + " ";
-    }
-    const std::string sheet = (out / "filters_contact_sheet.png").string();
-    std::string log;
-    ASSERT_EQ(test::runCommand(montage + sheet, &log, true), 0) << log;
-    EXPECT_TRUE(std::filesystem::file_size(sheet) > 100000);
 }
 
 }  // namespace
