@@ -4,6 +4,7 @@
 
 #include <filesystem>
 #include <sstream>
+#include <tuple>
 
 #include "ModelFixtures.h"
 #include "effects/OverlayEffect.h"
@@ -133,31 +134,31 @@ TEST(ProjectFile, OneWayFieldsOfTheFormat) {
 TEST(ProjectFile, ShowAttributeRules) {
     SlideShow show;
     PublishSettings publish;
-    // fps outside 1..120 keeps the default; inside it is taken.
-    ASSERT_TRUE(load(project("fps=\"0\""), show, publish));
-    EXPECT_EQ(show.fps, 12.0f);
-    ASSERT_TRUE(load(project("fps=\"240\""), show, publish));
-    EXPECT_EQ(show.fps, 12.0f);
-    ASSERT_TRUE(load(project("fps=\"nan\""), show, publish));
-    EXPECT_EQ(show.fps, 12.0f);
-    ASSERT_TRUE(load(project("fps=\"120\""), show, publish));
-    EXPECT_EQ(show.fps, 120.0f);
-    ASSERT_TRUE(load(project("fps=\"12.5\""), show, publish));
-    EXPECT_EQ(show.fps, 12.5f);
-
-    // Bounds start as the whole stage; a right edge not past the left spans the width.
-    ASSERT_TRUE(load(project("width=\"500\" height=\"400\" show_bounds_top=\"9\""), show, publish));
-    EXPECT_EQ(show.showBoundsRight, 500);
-    EXPECT_EQ(show.showBoundsBottom, 400);
-    EXPECT_EQ(show.showBoundsTop, 9);
-    ASSERT_TRUE(load(project("width=\"500\" show_bounds_left=\"30\" show_bounds_right=\"0\""), show, publish));
-    EXPECT_EQ(show.showBoundsLeft, 0);
-    EXPECT_EQ(show.showBoundsRight, 500);
-    ASSERT_TRUE(load(project("width=\"500\" show_bounds_left=\"30\" show_bounds_right=\"30\""), show, publish));
-    EXPECT_EQ(show.showBoundsLeft, 0);
-    ASSERT_TRUE(load(project("width=\"500\" show_bounds_left=\"30\" show_bounds_right=\"31\""), show, publish));
-    EXPECT_EQ(show.showBoundsLeft, 30);
-    EXPECT_EQ(show.showBoundsRight, 31);
+    // fps outside 1..120 keeps the default; bounds start as the whole stage,
+    // and a right edge not past the left spans the width.
+    struct Case {
+        const char* attributes;
+        float fps;
+        int left, top, right, bottom;
+    };
+    const Case cases[] = {
+        {"fps=\"0\"", 12, 0, 0, 320, 240},
+        {"fps=\"240\"", 12, 0, 0, 320, 240},
+        {"fps=\"nan\"", 12, 0, 0, 320, 240},
+        {"fps=\"120\"", 120, 0, 0, 320, 240},
+        {"fps=\"12.5\"", 12.5f, 0, 0, 320, 240},
+        {"width=\"500\" height=\"400\" show_bounds_top=\"9\"", 12, 0, 9, 500, 400},
+        {"width=\"500\" show_bounds_left=\"30\" show_bounds_right=\"0\"", 12, 0, 0, 500, 240},
+        {"width=\"500\" show_bounds_left=\"30\" show_bounds_right=\"30\"", 12, 0, 0, 500, 240},
+        {"width=\"500\" show_bounds_left=\"30\" show_bounds_right=\"31\"", 12, 30, 0, 31, 240},
+    };
+    for (const Case& c : cases) {
+        ASSERT_TRUE(load(project(c.attributes), show, publish)) << c.attributes;
+        EXPECT_EQ(show.fps, c.fps) << c.attributes;
+        EXPECT_EQ(std::tie(show.showBoundsLeft, show.showBoundsTop, show.showBoundsRight, show.showBoundsBottom),
+                  std::tie(c.left, c.top, c.right, c.bottom))
+            << c.attributes;
+    }
 
     // Text where numbers belong reads as atol would; an impossible stage
     // size keeps the default; unknown keywords keep theirs.

@@ -305,32 +305,17 @@ TEST(SlideShow, StageSizeResetAndRefit) {
     EXPECT_EQ(ProjectText(show, publish), ProjectText(SlideShow(), publish));
 }
 
+// The rows' wording is checked whole through `quillet show` (CliShow); here
+// what that show does not reach.
 TEST(SlideList, RowTexts) {
     SlideShow show;
     auto s = show.createSlide(SlideType::Image);
-    s->image.src = "/photos/summer/beach.jpg";
-    s->duration = 2500;
-    auto row = slideRowText(*s, 3);
-    EXPECT_EQ(row.title, "3. beach.jpg (2.50 sec)");
-    EXPECT_EQ(row.path, "Path: /photos/summer/beach.jpg");
-    EXPECT_EQ(row.extras, "");
     s->captions.items.emplace_back();
-    EXPECT_EQ(slideRowText(*s, 3).extras, "Has captions");
     s->addCameraEffect(still(100));
-    EXPECT_EQ(slideRowText(*s, 3).extras, "Has captions; pan/zoom");
     s->sound.sounds.push_back(SoundClip{"/a.mp3"});
     EXPECT_EQ(slideRowText(*s, 3).extras, "Has captions; pan/zoom");  // sound not switched on
-    s->sound.include = true;
-    EXPECT_EQ(slideRowText(*s, 3).extras, "Has sound; captions; pan/zoom");
-
     auto b = show.createSlide(SlideType::Blank);
     b->image.src = "/ignored.jpg";
-    b->addCameraEffect(still(100));
-    row = slideRowText(*b, 12);
-    EXPECT_EQ(row.title, "12. ( Blank Slide ) (2.00 sec)");
-    EXPECT_EQ(row.path, "Path: N/A");
-    EXPECT_EQ(row.extras, "Has pan/zoom");
-    EXPECT_EQ(transitionRowText(*b), "Transition: None (0.00 sec)");
-    b->setTransitionIn(transition("Cross Fade", 1250));
-    EXPECT_EQ(transitionRowText(*b), "Transition: Cross Fade (1.25 sec)");
+    EXPECT_EQ(slideRowText(*b, 12).path, "Path: N/A");
+    EXPECT_EQ(slideRowText(*b, 12).extras, "");
 }
