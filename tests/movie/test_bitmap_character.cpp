@@ -2,16 +2,12 @@
 // players read it (djpeg for the JPEG data, our reader for the lossless).
 #include <gtest/gtest.h>
 
-#include <cstdlib>
-
 #include "media/Exif.h"
 #include "media/SlidePicture.h"
 #include "movie/BitmapCharacter.h"
 #include "support/TempDir.h"
-#include "swf/SwfReader.h"
 #include "swf/SwfTag.h"
 #include "swf/SwfTags.h"
-#include "swf/SwfWriter.h"
 #include "swf/tags/JpegTags.h"
 #include "swf/tags/LosslessTags.h"
 
@@ -25,8 +21,6 @@ const std::string kDraw = "-size 40x30 xc:'rgb(200,30,40)' +antialias "
                           "-fill 'rgb(20,180,60)' -draw 'rectangle 20,0 39,14' "
                           "-fill 'rgb(30,40,220)' -draw 'rectangle 0,15 19,29' "
                           "-fill 'rgb(250,250,0)' -draw 'rectangle 20,15 39,29' ";
-
-constexpr int kTw = 20;
 
 // The packed pixels as a character (id 1 unless given), or null.
 std::unique_ptr<SwfLosslessBase> Pack(uint32_t w, uint32_t h, const uint8_t* pixels, int channels, const uint8_t* alpha,
@@ -43,40 +37,6 @@ std::unique_ptr<SwfLosslessBase> Pack(uint32_t w, uint32_t h, const uint8_t* pix
     t->colorTableSize = packed.colorTableSize;
     t->zlibData = std::move(packed.zlibData);
     return t;
-}
-
-// lossless.swf: 32 x 32 bitmaps at x = 10, 70, 130, 190, 250 (y 20..52):
-// 24-bit, 15-bit and 8-bit (left half orange, right half azure), then with
-// alpha: 32-bit red at 50 % and 8-bit green at 25 %.
-void WriteLossless(const std::string& path) {
-    auto w = std::make_unique<SwfWriter>();
-    w->Setup(320 * kTw, 240 * kTw, 12.0f, 6);
-    ASSERT_TRUE(w->Open(path, true)) << path;
-    w->AddTag(std::make_unique<SetBackgroundColorTag>(SwfColor(200, 200, 200)));
-    std::vector<uint8_t> rgb, rgba32, rgba8;
-    for (int y = 0; y < 32; ++y)
-        for (int x = 0; x < 32; ++x) {
-            if (x < 16) rgb.insert(rgb.end(), {255, 128, 0});
-            else rgb.insert(rgb.end(), {0, 128, 255});
-            rgba32.insert(rgba32.end(), {255, 0, 0, 128});
-            rgba8.insert(rgba8.end(), {0, 255, 0, 64});
-        }
-    w->AddTag(Pack(32, 32, rgb.data(), 3, nullptr, 24, false, 1));
-    w->AddTag(Pack(32, 32, rgb.data(), 3, nullptr, 15, false, 2));
-    w->AddTag(Pack(32, 32, rgb.data(), 3, nullptr, 8, false, 3));
-    w->AddTag(Pack(32, 32, rgba32.data(), 4, nullptr, 32, true, 4));
-    w->AddTag(Pack(32, 32, rgba8.data(), 4, nullptr, 8, true, 5));
-    for (uint16_t i = 0; i < 5; ++i) {
-        const int x = 10 + 60 * i;
-        const SwfMatrix m = SwfMatrix::ScaleF(20.0, 20.0, x * kTw, 20 * kTw);
-        w->AddTag(DefineShape3Tag::Rectangle(10 + i, SwfRect::FromPixels(x, 20, x + 32, 52),
-                                             SwfFillStyle::MakeBitmap(1 + i, m, true)));
-        w->AddTag(PlaceObject2Tag::Place(1 + i, 10 + i));
-    }
-    w->AddTag(std::make_unique<ShowFrameTag>());
-    w->AddTag(std::make_unique<EndTag>());
-    EXPECT_GT(w->Close(), 0u);
-    EXPECT_TRUE(w->Good());
 }
 
 // A slide showing the picture 1:1 (no fitting), placed at 0,0.
@@ -178,7 +138,6 @@ TEST(BitmapCharacter, EveryImageTypeAsThePlayersReadIt) {
     }
 }
 
-
 TEST(PackLossless, PixelsAsThePlayersReadThem) {
     // 3 x 2 pixels: red, green, blue / white, black, grey.
     const std::vector<uint8_t> rgb{255, 0, 0, 0, 255, 0, 0, 0, 255, 255, 255, 255, 0, 0, 0, 128, 128, 128};
@@ -231,18 +190,6 @@ TEST(PackLossless, PixelsAsThePlayersReadThem) {
     std::string why;
     EXPECT_FALSE(cut->Decode(out, &why));
     EXPECT_FALSE(why.empty());
-}
-
-// lossless.swf for the playback check (tests/e2e/test_swf_movies.sh writes it
-// into QUILLET_TEST_MOVIES_DIR); read back by our reader here.
-TEST(PackLossless, TestMovie) {
-    test::TempDir scratch;
-    const char* env = std::getenv("QUILLET_TEST_MOVIES_DIR");
-    const std::string path = env && *env ? std::string(env) + "/lossless.swf" : scratch.file("lossless.swf");
-    WriteLossless(path);
-    SwfReader reader;
-    ASSERT_TRUE(reader.ReadFile(path)) << reader.Error();
-    EXPECT_EQ(reader.Header().frameCount, 1);
 }
 
 }  // namespace
