@@ -144,8 +144,6 @@ TEST(CliResave, WritesTheSameProjectAgain) {
     CliRun r = runQuillet("resave " + quote(project) + " -o " + quote(dir.file("copy.qpj")), dir);
     ASSERT_EQ(r.status, 0) << r.err;
     EXPECT_EQ(readFile(dir.file("copy.qpj")), readFile(project));
-    std::string output;
-    EXPECT_EQ(runCommand("xmllint --noout " + quote(dir.file("copy.qpj")), &output, true), 0) << output;
 
     // A file in an older hand: missing attributes take their defaults.
     writeFile(dir.file("old.qpj"),
