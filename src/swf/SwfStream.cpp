@@ -75,12 +75,57 @@ void SwfStream::WriteBytes(const void* data, size_t size) {
     byteCount_ += static_cast<uint32_t>(size);
 }
 
+void SwfStream::WriteLarge(const std::vector<uint8_t>& data) {
+    if (!lend || data.size() < kLendAtLeast) {
+        WriteBytes(data);
+        return;
+    }
+    Align();
+    borrowed_.push_back({bytes_.size(), data.data(), data.size()});
+    byteCount_ += static_cast<uint32_t>(data.size());
+}
+
+void SwfStream::CopyBorrowedIn() {
+    if (borrowed_.empty()) return;
+    std::vector<uint8_t> whole;
+    whole.reserve(byteCount_ + 1);
+    ForEachRun([&whole](const uint8_t* p, size_t n) {
+        whole.insert(whole.end(), p, p + n);
+        return true;
+    });
+    bytes_ = std::move(whole);
+    borrowed_.clear();
+    if (!bytes_.empty()) lastByteIndex_ = static_cast<uint32_t>(bytes_.size() - 1);
+}
+
+size_t SwfStream::OwnOffset(size_t offset) const {
+    for (const Borrowed& b : borrowed_) {
+        if (offset < b.at) break;
+        offset -= b.size;
+    }
+    return offset;
+}
+
 void SwfStream::WriteString(std::string_view text) {
     WriteBytes(text.data(), text.size());
     WriteU8(0);
 }
 
 void SwfStream::WriteStream(const SwfStream& other) {
+    if (!other.borrowed_.empty()) {
+        if (bitsUsed_ == 0 && other.bitsUsed_ == 0) {
+            // Aligned: the borrowed runs move over as they are.
+            for (const Borrowed& b : other.borrowed_) borrowed_.push_back({bytes_.size() + b.at, b.data, b.size});
+            bytes_.insert(bytes_.end(), other.bytes_.begin(), other.bytes_.end());
+            byteCount_ += other.byteCount_;
+            if (!bytes_.empty()) lastByteIndex_ = static_cast<uint32_t>(bytes_.size() - 1);
+            return;
+        }
+        SwfStream copy = other;
+        copy.CopyBorrowedIn();
+        WriteStream(copy);
+        return;
+    }
     if (bitsUsed_ == 0) {
         // Aligned: whole bytes can be copied as they are.
         bytes_.insert(bytes_.end(), other.bytes_.begin(), other.bytes_.end());
@@ -94,6 +139,7 @@ void SwfStream::WriteStream(const SwfStream& other) {
 
 const std::vector<uint8_t>& SwfStream::Bytes() {
     Align();
+    CopyBorrowedIn();
     return bytes_;
 }
 
@@ -103,15 +149,18 @@ void SwfStream::Reset() {
     bitsUsed_ = 0;
     byteCount_ = 0;
     lastByteIndex_ = 0;
+    borrowed_.clear();
 }
 
 void SwfStream::PatchU16(size_t offset, uint16_t v) {
+    offset = OwnOffset(offset);
     if (offset + 2 > bytes_.size()) return;
     bytes_[offset] = static_cast<uint8_t>(v);
     bytes_[offset + 1] = static_cast<uint8_t>(v >> 8);
 }
 
 void SwfStream::PatchU32(size_t offset, uint32_t v) {
+    offset = OwnOffset(offset);
     if (offset + 4 > bytes_.size()) return;
     for (int i = 0; i < 4; ++i) bytes_[offset + i] = static_cast<uint8_t>(v >> (8 * i));
 }

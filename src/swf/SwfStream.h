@@ -46,6 +46,11 @@ public:
     // Raw bytes (aligned first).
     void WriteBytes(const void* data, size_t size);
     void WriteBytes(const std::vector<uint8_t>& data) { WriteBytes(data.data(), data.size()); }
+    // A tag's bulk data (a picture, a sound). In a stream that may borrow
+    // (`lend`), large data is not copied: the stream notes where it stands and
+    // the caller keeps `data` alive and unchanged until the stream is written
+    // out. Otherwise the same as WriteBytes.
+    void WriteLarge(const std::vector<uint8_t>& data);
     // The bytes of `text` followed by a zero byte.
     void WriteString(std::string_view text);
 
@@ -53,10 +58,14 @@ public:
     // pending bits, so an unaligned stream splices into an unaligned one.
     void WriteStream(const SwfStream& other);
 
-    // Bytes written so far; a partly filled byte is not counted.
+    // Bytes written so far, borrowed ones included; a partly filled byte is not counted.
     uint32_t Size() const { return byteCount_; }
-    // Aligns and hands out the buffer.
+    // Aligns and hands out the buffer (borrowed data copied in first).
     const std::vector<uint8_t>& Bytes();
+    // Aligns and passes the stream's bytes to `sink` in order, own and
+    // borrowed runs alike, without copying; false as soon as `sink` is.
+    template <class Sink>
+    bool ForEachRun(Sink&& sink);
     // Empties the stream (version and muted stay).
     void Reset();
 
@@ -71,15 +80,40 @@ public:
     // writer's muted flag; SwfWriter sets both before a tag is written.
     uint8_t version = 4;
     uint8_t muted = 0;
+    // Large data may be borrowed rather than copied (the writer sets it; tags
+    // pass it on to the streams they build their bodies in).
+    bool lend = false;
+    static constexpr size_t kLendAtLeast = 4096;
 
 private:
+    struct Borrowed {
+        size_t at;  // where it stands in bytes_ (before the byte at that index)
+        const uint8_t* data;
+        size_t size;
+    };
+
     void FlushBitByte();
+    void CopyBorrowedIn();
+    size_t OwnOffset(size_t offset) const;  // a stream offset as an index into bytes_
 
     std::vector<uint8_t> bytes_;
     uint8_t bitByte_ = 0;
     int bitsUsed_ = 0;
     uint32_t byteCount_ = 0;
     uint32_t lastByteIndex_ = 0;
+    std::vector<Borrowed> borrowed_;
 };
+
+template <class Sink>
+bool SwfStream::ForEachRun(Sink&& sink) {
+    Align();
+    size_t from = 0;
+    for (const Borrowed& b : borrowed_) {
+        if (b.at > from && !sink(bytes_.data() + from, b.at - from)) return false;
+        if (!sink(b.data, b.size)) return false;
+        from = b.at;
+    }
+    return from >= bytes_.size() || sink(bytes_.data() + from, bytes_.size() - from);
+}
 
 }  // namespace quillet

@@ -86,6 +86,7 @@ size_t SwfTag::Write(SwfStream& out) {
     SwfStream body;
     body.version = out.version;
     body.muted = out.muted;
+    body.lend = out.lend;
     WriteBody(body);
     body.Align();
     const uint32_t before = out.Size();

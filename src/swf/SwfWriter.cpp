@@ -131,8 +131,9 @@ size_t SwfWriter::Add(SwfTag& tag, bool keep, std::unique_ptr<SwfTag>& owned) {
     SwfStream stream;
     stream.version = version_;
     stream.muted = muted_ ? 1 : 0;
+    stream.lend = true;  // a picture's or a sound's data goes from the tag to the file, uncopied
     tag.Write(stream);
-    const auto& bytes = stream.Bytes();
+    const size_t size = stream.Size();
 
     const long position = std::ftell(file_);
     if (keepIndex_ && position >= 0) {
@@ -141,6 +142,7 @@ size_t SwfWriter::Add(SwfTag& tag, bool keep, std::unique_ptr<SwfTag>& owned) {
             auto& place = static_cast<PlaceObject2Tag&>(tag);
             offsetIndex_.push_back({place.depth, pos + 3, false});
             if (indexNames_ && (place.name || !place.clipActions.empty())) {
+                const auto& bytes = stream.Bytes();
                 const uint32_t header = bytes.size() >= 2 && (bytes[0] & 0x3F) == 63 ? 6 : 2;
                 const int nameOffset = place.NameOffsetInBody();
                 if (nameOffset >= 0) offsetIndex_.push_back({place.depth, pos + header + nameOffset, true});
@@ -150,10 +152,11 @@ size_t SwfWriter::Add(SwfTag& tag, bool keep, std::unique_ptr<SwfTag>& owned) {
         }
     }
 
-    if (std::fwrite(bytes.data(), 1, bytes.size(), file_) != bytes.size()) good_ = false;
-    bodyBytes_ += bytes.size();
+    if (!stream.ForEachRun([this](const uint8_t* p, size_t n) { return std::fwrite(p, 1, n, file_) == n; }))
+        good_ = false;
+    bodyBytes_ += size;
     if (!keep) owned.reset();
-    return bytes.size();
+    return size;
 }
 
 uint32_t SwfWriter::Close() {

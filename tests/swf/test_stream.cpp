@@ -76,6 +76,42 @@ TEST(SwfStream, SplicesAnUnalignedStreamIntoAnUnalignedOne) {
     EXPECT_EQ(BytesOf(strings), (std::vector<uint8_t>{'a', 'b', 0, 0x00, 0x00, 0x80, 0x3F}));
 }
 
+// A tag's bulk data borrowed by the writer's stream must give the same bytes as
+// a copied one, through nesting, splicing into an unaligned stream and patches.
+TEST(SwfStream, BorrowedDataWritesTheSameBytesAsCopiedData) {
+    const std::vector<uint8_t> big(SwfStream::kLendAtLeast + 3, 0x5A), small(5, 0x11);
+    auto build = [&](bool lend, int leadingBits) {
+        SwfStream out;
+        out.lend = lend;
+        out.WriteBits(1, leadingBits);
+        SwfStream body;
+        body.lend = lend;
+        body.WriteU16(0xBEEF);
+        body.WriteLarge(big);
+        body.WriteLarge(small);
+        body.WriteU16(0);  // patched below, after the borrowed runs
+        body.WriteLarge(big);
+        out.WriteU8(0x42);
+        out.WriteStream(body);
+        const size_t patchAt = (leadingBits ? 1 : 0) + 1 + 2 + big.size() + small.size();
+        out.PatchU16(patchAt, 0x1234);
+        return out;
+    };
+    for (int leadingBits : {0, 3}) {
+        SwfStream copied = build(false, leadingBits), lent = build(true, leadingBits);
+        ASSERT_EQ(lent.Size(), copied.Size());
+        std::vector<uint8_t> runs;
+        lent.ForEachRun([&runs](const uint8_t* p, size_t n) {
+            runs.insert(runs.end(), p, p + n);
+            return true;
+        });
+        const std::vector<uint8_t>& expected = copied.Bytes();
+        EXPECT_EQ(runs, expected) << leadingBits;
+        EXPECT_EQ(lent.Bytes(), expected) << leadingBits;
+        EXPECT_EQ(expected[(leadingBits ? 9 : 8) + big.size()], 0x34) << leadingBits;
+    }
+}
+
 TEST(SwfInput, NeverReadsPastTheEndAndKeepsTheFirstReason) {
     const std::vector<uint8_t> data{0xA0, 0x7F, 0x34, 0x12, 'h', 'i'};
     SwfInput in(data);

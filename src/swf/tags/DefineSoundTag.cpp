@@ -18,7 +18,7 @@ void DefineSoundTag::WriteBody(SwfStream& body) const {
     body.WriteBit(is16Bit);
     body.WriteBit(stereo);
     body.WriteU32(sampleCount);
-    body.WriteBytes(data);
+    body.WriteLarge(data);
 }
 
 void DefineSoundTag::ReadBody(SwfInput& body) {

@@ -49,8 +49,8 @@ bool ZlibExpand(const uint8_t* data, size_t size, size_t maxOutput, std::vector<
 void DefineBitsJPEG3Tag::WriteBody(SwfStream& body) const {
     body.WriteU16(id_);
     body.WriteU32(static_cast<uint32_t>(jpeg.size()));
-    body.WriteBytes(jpeg);
-    body.WriteBytes(alphaZlib);
+    body.WriteLarge(jpeg);
+    body.WriteLarge(alphaZlib);
 }
 
 void DefineBitsJPEG3Tag::ReadBody(SwfInput& body) {

@@ -42,7 +42,7 @@ public:
     std::vector<uint8_t> data;  // JPEG without its tables
 
 protected:
-    void WriteBody(SwfStream& body) const override { body.WriteU16(id_); body.WriteBytes(data); }
+    void WriteBody(SwfStream& body) const override { body.WriteU16(id_); body.WriteLarge(data); }
     void ReadBody(SwfInput& body) override { id_ = body.ReadU16(); data = body.ReadRest(); }
 };
 
@@ -57,7 +57,7 @@ public:
     std::vector<uint8_t> jpeg;
 
 protected:
-    void WriteBody(SwfStream& body) const override { body.WriteU16(id_); body.WriteBytes(jpeg); }
+    void WriteBody(SwfStream& body) const override { body.WriteU16(id_); body.WriteLarge(jpeg); }
     void ReadBody(SwfInput& body) override { id_ = body.ReadU16(); jpeg = body.ReadRest(); }
 };
 

@@ -82,7 +82,7 @@ void SwfLosslessBase::WriteBody(SwfStream& body) const {
     body.WriteU16(width);
     body.WriteU16(height);
     if (format == ColorMapped8) body.WriteU8(static_cast<uint8_t>(std::max<uint16_t>(colorTableSize, 1) - 1));
-    body.WriteBytes(zlibData);
+    body.WriteLarge(zlibData);
 }
 
 void SwfLosslessBase::ReadBody(SwfInput& body) {
