@@ -4,33 +4,18 @@
 #include <QPainter>
 
 #include "app/PictureEditor.h"
+#include "effects/FontFace.h"
 #include "model/Slide.h"
 #include "model/SlideShow.h"
 
 namespace quillet::app {
 
-namespace {
-
-// The caption's face at stage scale: a P-point caption has an em of P * 4/3 pixels.
-QFont CaptionFont(const Caption& c, double scale) {
-    QFont font(QString::fromStdString(c.fontName));
-    font.setPixelSize(std::max(1, int(std::lround(std::abs(c.fontSize) * 4.0 / 3.0 * scale))));
-    font.setBold(c.bold);
-    font.setItalic(c.italic);
-    font.setLetterSpacing(QFont::AbsoluteSpacing, c.tracking * scale);
-    return font;
-}
-
-QStringList Lines(const Caption& c) {
-    return QString::fromStdString(c.text).replace("\r\n", "\n").replace('\r', '\n').split('\n');
-}
-
-}  // namespace
-
 CaptionStage::CaptionStage(Edit edit, QWidget* parent) : QWidget(parent), edit_(std::move(edit)) {
     setObjectName("CaptionStage");
     setMinimumSize(200, 150);
 }
+
+CaptionStage::~CaptionStage() = default;
 
 void CaptionStage::setSlide(const Slide* slide, int current) {
     picture_ = slide && slide->type == SlideType::Image ? PictureEditor::Shown(*slide) : QImage();  // decoded once, cached
@@ -54,28 +39,60 @@ QPointF CaptionStage::origin() const {
 }
 QPoint CaptionStage::widgetPoint(QPointF p) const { return (origin() + p * factor()).toPoint(); }
 
-// Placed as the movie places the block: aligned to the stage and moved by
-// (x, y), or with its aligned edge at (x, y).
+// The face is found as the movie finds it (a missing family gives the
+// fallback face) and the text laid out on a stage of the show's size.
+const CaptionStage::Laid& CaptionStage::laid(int index) const {
+    const Caption& c = slide_->captions.items[size_t(index)];
+    const QSize size = stage().toSize();
+    if (laid_.size() < slide_->captions.items.size()) laid_.resize(slide_->captions.items.size());
+    Laid& l = laid_[size_t(index)];
+    if (l.face && l.caption == c && l.stage == size) return l;
+    if (!fonts_) fonts_ = std::make_unique<FontCatalog>();
+    l.caption = c;
+    l.stage = size;
+    l.face = fonts_->Find(c.fontName, c.bold, c.italic);
+    l.layout = l.face ? LayOutCaption(c, DrawnCaptionText(c), *l.face, size.width() * 20, size.height() * 20) : CaptionLayout();
+    return l;
+}
+
+// The glyph's outline in em units (1024 to the em, y down, baseline at 0).
+const QPainterPath& CaptionStage::glyphPath(FontFace& face, char32_t code) const {
+    auto [it, added] = glyphs_.try_emplace({&face, code});
+    if (!added) return it->second;
+    QPainterPath& path = it->second;
+    path.setFillRule(Qt::WindingFill);
+    QPointF at;
+    for (const SwfShapeRecord& r : face.Glyph(code).shape.records) {
+        switch (r.kind) {
+            case SwfShapeRecord::Kind::StyleChange:
+                if (r.hasMove) path.moveTo(at = QPointF(r.moveX, r.moveY));
+                break;
+            case SwfShapeRecord::Kind::StraightEdge:
+                path.lineTo(at += QPointF(r.dx, r.dy));
+                break;
+            case SwfShapeRecord::Kind::CurvedEdge: {
+                const QPointF control = at + QPointF(r.dx, r.dy);
+                path.quadTo(control, at = control + QPointF(r.anchorDx, r.anchorDy));
+                break;
+            }
+        }
+    }
+    return path;
+}
+
+// Placed as the movie places the text: at the layout's corner, as large as
+// its block.
 QRectF CaptionStage::captionBlock(int index) const {
     if (!slide_ || index < 0 || index >= int(slide_->captions.items.size())) return {};
-    const Caption& c = slide_->captions.items[size_t(index)];
-    const QFontMetricsF m(CaptionFont(c, 1));
-    double w = 0;
-    const QStringList lines = Lines(c);
-    for (const QString& line : lines) w = std::max(w, m.horizontalAdvance(line));
-    const double h = lines.size() * (m.height() + c.leading) - c.leading;
-    auto place = [](int align, double size, double whole, double pos, bool toStage) {
-        return toStage ? (align == 2 ? whole - size : align == 1 ? (whole - size) / 2 : 0) + pos
-                       : (align == 2 ? pos - size : align == 1 ? pos - size / 2 : pos);
-    };
-    const QSizeF s = stage();
-    QRectF block(place(c.hAlign, w, s.width(), c.x, c.alignToDoc), place(c.vAlign, h, s.height(), c.y, c.alignToDoc), w, h);
+    const CaptionLayout& layout = laid(index).layout;
+    QRectF block(layout.left / 20.0, layout.top / 20.0, layout.width / 20.0, layout.height / 20.0);
     if (dragging_ && index == current_) block.translate(offset_);
     return block;
 }
 
 void CaptionStage::paintEvent(QPaintEvent*) {
     QPainter p(this);
+    p.setRenderHint(QPainter::Antialiasing);
     p.fillRect(rect(), QColor(60, 60, 60));
     const double k = factor();
     const QSizeF s = stage();
@@ -96,16 +113,30 @@ void CaptionStage::paintEvent(QPaintEvent*) {
     if (!slide_) return;
     for (int i = 0; i < int(slide_->captions.items.size()); ++i) {
         const Caption& c = slide_->captions.items[size_t(i)];
+        const Laid& l = laid(i);
         const QRectF block = captionBlock(i);
         const QRectF shown(block.topLeft() * k, block.size() * k);
-        QColor colour(c.color & 0xFF, (c.color >> 8) & 0xFF, (c.color >> 16) & 0xFF);
-        colour.setAlphaF(std::clamp(c.alpha, 0, 100) / 100.0);
-        p.setFont(CaptionFont(c, k));
-        p.setPen(colour);
-        const int align = c.hAlign == Caption::Right ? Qt::AlignRight : c.hAlign == Caption::HCenter ? Qt::AlignHCenter : Qt::AlignLeft;
-        p.drawText(shown, align | Qt::AlignTop, Lines(c).join('\n'));
+        // The movie writes nothing for a caption without outlines (blanks only).
+        if (l.face && l.layout.HasInk()) {
+            QColor colour(c.color & 0xFF, (c.color >> 8) & 0xFF, (c.color >> 16) & 0xFF);
+            colour.setAlphaF(std::clamp(c.alpha, 0, 100) / 100.0);
+            // Glyphs in twips from the block's corner, as the text records put them.
+            const double em = l.layout.textHeight / 1024.0;
+            QTransform toBlock;
+            toBlock.translate(shown.left(), shown.top());
+            toBlock.scale(k / 20, k / 20);
+            QPainterPath text;
+            text.setFillRule(Qt::WindingFill);
+            for (const CaptionLine& line : l.layout.lines)
+                for (const CaptionPlacedChar& placed : line.chars) {
+                    const QPainterPath& glyph = glyphPath(*l.face, placed.code);
+                    if (!glyph.isEmpty()) text.addPath(QTransform(em, 0, 0, em, placed.x, line.baseline).map(glyph));
+                }
+            p.fillPath(toBlock.map(text), colour);
+        }
         if (i == current_) {
             p.setPen(QPen(QColor(255, 150, 40), 1, Qt::DashLine));
+            p.setBrush(Qt::NoBrush);
             p.drawRect(shown.adjusted(-2, -2, 2, 2));
         }
     }

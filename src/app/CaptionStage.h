@@ -1,16 +1,26 @@
 // A small stage: the slide at stage scale with its captions drawn where the
-// movie puts them. The current caption is framed and dragged to a new place;
-// the drop is one edit of its x and y.
+// movie puts them. Captions are laid out as the movie lays them out (the same
+// faces, layout and glyph outlines), so their boxes match the exported text.
+// The current caption is framed and dragged to a new place; the drop is one
+// edit of its x and y.
 #pragma once
 
 #include <QImage>
+#include <QPainterPath>
 #include <QWidget>
 #include <functional>
+#include <map>
+#include <memory>
+#include <vector>
+
+#include "effects/Caption.h"
+#include "effects/CaptionLayout.h"
 
 namespace quillet {
 class Slide;
-struct Caption;
-}
+class FontCatalog;
+class FontFace;
+}  // namespace quillet
 
 namespace quillet::app {
 
@@ -20,6 +30,7 @@ public:
     // Runs `change` on the caption at `index` as one undo step.
     using Edit = std::function<void(int index, const std::function<void(Caption&)>& change)>;
     explicit CaptionStage(Edit edit, QWidget* parent = nullptr);
+    ~CaptionStage() override;
     QSize sizeHint() const override { return {320, 240}; }
 
     // Shows `slide` (null: an empty stage) with caption `current` framed.
@@ -36,6 +47,15 @@ protected:
     void mouseReleaseEvent(QMouseEvent* e) override;
 
 private:
+    // A caption's layout, kept while the caption and the stage stay as they were.
+    struct Laid {
+        Caption caption;
+        QSize stage;
+        FontFace* face = nullptr;  // null: no font could be loaded
+        CaptionLayout layout;
+    };
+    const Laid& laid(int index) const;
+    const QPainterPath& glyphPath(FontFace& face, char32_t code) const;
     QSizeF stage() const;
     double factor() const;
     QPointF origin() const;
@@ -46,6 +66,10 @@ private:
     int current_ = -1;
     bool dragging_ = false;
     QPointF press_, offset_;
+    // Faces are opened once, on first use; layouts and outlines are kept.
+    mutable std::unique_ptr<FontCatalog> fonts_;
+    mutable std::vector<Laid> laid_;
+    mutable std::map<std::pair<FontFace*, char32_t>, QPainterPath> glyphs_;
 };
 
 }  // namespace quillet::app

@@ -10,6 +10,7 @@
 #include "effects/CameraEffect.h"
 #include "effects/Transition.h"
 #include "model/Slide.h"
+#include "model/SlideShow.h"
 
 namespace quillet::app {
 
@@ -30,6 +31,10 @@ bool PreviewTransition(QWidget* parent, const Document& doc, int row, PreviewWin
     }
     for (int i = show.count() - 1; i > row; --i) show.remove(i);
     for (int i = row - 2; i >= 0; --i) show.remove(i);
+    // The loop goes back to the first slide's label, which stands after that
+    // slide's transition: the first slide of the show comes in over a blank
+    // slide (the background colour) so that its transition plays every time.
+    if (row == 0) show.insert(show.createSlide(SlideType::Blank), 0);
     // Only the transition plays: no captions, sounds, moves or actions.
     show.captions = {};
     show.sound = {};
@@ -42,6 +47,10 @@ bool PreviewTransition(QWidget* parent, const Document& doc, int row, PreviewWin
         s.duration = 600;
         if (i + 1 < show.count()) s.setTransitionIn(nullptr);
     }
+    // Played again and again until the window is closed, with a hold on the
+    // slide coming in before the next pass.
+    show.slideAt(show.count() - 1)->duration = 1200;
+    show.swfData.loop = SwfData::Loop::Forever;
     const QString movie = QString::fromStdString(PrivateTempFile("transition.swf", &why));
     if (movie.isEmpty()) {
         *error = QString::fromStdString(why);

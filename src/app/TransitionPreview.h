@@ -1,6 +1,6 @@
 // The transition of one slide played on its own: a short movie of the slide
 // before it (or the empty stage) followed by the slide coming in, exported
-// by the core and shown in a small player window.
+// by the core and played over and over in a small player window.
 #pragma once
 
 #include <QString>

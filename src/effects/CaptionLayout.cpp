@@ -61,6 +61,13 @@ std::u32string DecodeCaptionText(const std::string& bytes) {
     return text;
 }
 
+std::u32string DrawnCaptionText(const Caption& caption) {
+    std::u32string text = DecodeCaptionText(caption.text);
+    for (char32_t& c : text)
+        if (c > 0xFFFF) c = 0xFFFD;
+    return text;
+}
+
 uint16_t CaptionTextHeight(int32_t points) {
     const double twips = std::fabs(static_cast<double>(points)) * 80.0 / 3.0;
     return static_cast<uint16_t>(std::clamp(std::lround(twips), 1l, 65535l));

@@ -30,6 +30,10 @@ class FontFace;
 // overlong forms, surrogates or values past U+10FFFF), else Windows-1252.
 std::u32string DecodeCaptionText(const std::string& bytes);
 
+// The characters a caption draws: its decoded text, with codes past U+FFFF
+// (which font tags cannot hold) as the replacement character.
+std::u32string DrawnCaptionText(const Caption& caption);
+
 // Twips of the em for a point size: |points| * 80/3, at least one twip and at
 // most what a text record holds (65535).
 uint16_t CaptionTextHeight(int32_t points);

@@ -41,7 +41,11 @@
 #include "media/ImageFilter.h"
 #include "model/ProjectFile.h"
 #include "model/Slide.h"
+#include "model/SlideShow.h"
+#include "movie/MovieExporter.h"
 #include "settings/AppSettings.h"
+#include "swf/SwfReader.h"
+#include "swf/SwfTags.h"
 
 using namespace quillet;
 using namespace quillet::app;
@@ -1021,6 +1025,102 @@ private slots:
         };
         QTRY_VERIFY_WITH_TIMEOUT(both(), 20000);
         QVERIFY(shot.save(artefacts + "/transition-preview.png"));
+        // It plays on: blue alone (the hold), then red again for the next pass
+        // (about a sixth of each picture is random dots).
+        auto share = [&](bool red) {
+            shot = small->screen()->grabWindow(small->winId()).toImage();
+            int n = 0, total = 0;
+            for (int y = 0; y < shot.height(); y += 8)
+                for (int x = 0; x < shot.width(); x += 8, ++total) {
+                    const QColor c = shot.pixelColor(x, y);
+                    n += red ? c.red() > 180 && c.blue() < 80 : c.blue() > 180 && c.red() < 80;
+                }
+            return total ? n * 100 / total : 0;
+        };
+        QTRY_VERIFY_WITH_TIMEOUT(share(false) > 60, 20000);
+        QTRY_VERIFY_WITH_TIMEOUT(share(true) > 60, 20000);
+    }
+
+    // The caption stage lays captions out as the movie does: each box stands
+    // where the exported text is placed (so its size counts too, for centred,
+    // right and bottom alignment), and what the stage draws spans the outlines
+    // the movie's text spans.
+    void captionStageMatchesTheMovie() {
+        SlideShow show;
+        show.bgColor = 0;
+        std::unique_ptr<Slide> blank = show.createSlide(SlideType::Blank);
+        Slide* slide = blank.get();
+        QVERIFY(show.append(std::move(blank)));
+        auto caption = [](const char* text, const char* font, int size, uint32_t colour, int h, int v, bool toStage, int x, int y) {
+            Caption c;
+            c.text = text;
+            c.fontName = font;
+            c.fontSize = size;
+            c.color = colour;
+            c.hAlign = h;
+            c.vAlign = v;
+            c.alignToDoc = toStage;
+            c.x = x;
+            c.y = y;
+            return c;
+        };
+        // Red: centred, bold, tracked; green: two italic lines with leading,
+        // right and bottom at a point; blue: a font that is not installed.
+        Caption red = caption("Centred, bold", "DejaVu Sans", 20, 0x0000FF, Caption::HCenter, Caption::VCenter, true, 10, -40);
+        red.bold = true;
+        red.tracking = 3;
+        Caption green = caption("Two lines\nright, italic", "DejaVu Serif", 15, 0x00FF00, Caption::Right, Caption::Bottom, false, 300, 225);
+        green.italic = true;
+        green.leading = 6;
+        Caption blue = caption("Fallback", "Nowhere Sans", 14, 0xFF0000, Caption::Left, Caption::Top, true, 12, 8);
+        blue.tracking = -1;
+        slide->captions.items = {red, green, blue};
+        const QString movie = file("stage-captions.swf");
+        const ExportResult exported = MovieExporter(show).ExportMovie(movie.toStdString());
+        QVERIFY2(exported.ok, exported.error.c_str());
+        SwfReader reader;
+        QVERIFY2(reader.ReadFile(movie.toStdString()), reader.Error().c_str());
+        // Each caption: its text's bounds and where its sprite is placed.
+        std::map<uint16_t, SwfRect> textBounds, spriteBounds;
+        QList<QRectF> ink;
+        QList<QPoint> placed;
+        for (const auto& tag : reader.Tags()) {
+            if (auto* t = dynamic_cast<const DefineText2Tag*>(tag.get())) textBounds[t->GetId()] = t->bounds;
+            else if (auto* sprite = dynamic_cast<const DefineSpriteTag*>(tag.get())) {
+                for (const auto& inner : sprite->Tags())
+                    if (auto* p = dynamic_cast<const PlaceObject2Tag*>(inner.get()); p && p->characterId && textBounds.count(*p->characterId))
+                        spriteBounds[sprite->GetId()] = textBounds[*p->characterId];
+            } else if (auto* p = dynamic_cast<const PlaceObject2Tag*>(tag.get()); p && p->characterId && spriteBounds.count(*p->characterId)) {
+                const SwfRect r = spriteBounds[*p->characterId];
+                const int tx = p->matrix ? p->matrix->translateX : 0, ty = p->matrix ? p->matrix->translateY : 0;
+                placed << QPoint(tx, ty);
+                ink << QRectF((tx + r.xMin) / 20.0, (ty + r.yMin) / 20.0, r.Width() / 20.0, r.Height() / 20.0);
+            }
+        }
+        QCOMPARE(placed.size(), 3);
+
+        CaptionStage stage({});
+        stage.setFixedSize(show.width() + 8, show.height() + 8);  // one widget pixel per stage pixel, 4 px margin
+        stage.setSlide(slide, -1);
+        const QImage shot = stage.grab().toImage();
+        for (int i = 0; i < 3; ++i) {
+            const QRectF block = stage.captionBlock(i);
+            QCOMPARE(QPoint(qRound(block.left() * 20), qRound(block.top() * 20)), placed[i]);
+            // The painted pixels of the caption's colour, in stage pixels.
+            QRect drawn;
+            for (int y = 0; y < shot.height(); ++y)
+                for (int x = 0; x < shot.width(); ++x) {
+                    const QColor c = shot.pixelColor(x, y);
+                    const int mine = i == 0 ? c.red() : i == 1 ? c.green() : c.blue();
+                    if (mine > 60 && c.red() + c.green() + c.blue() - mine < 40) drawn |= QRect(x - 4, y - 4, 1, 1);
+                }
+            const QRectF want = ink[i];
+            const QString why = QString("caption %1: drawn %2,%3 %4x%5, the movie's outlines %6,%7 %8x%9").arg(i)
+                .arg(drawn.x()).arg(drawn.y()).arg(drawn.width()).arg(drawn.height())
+                .arg(want.x()).arg(want.y()).arg(want.width()).arg(want.height());
+            QVERIFY2(std::abs(drawn.left() - want.left()) < 1 && std::abs(drawn.right() + 1 - want.right()) < 1 &&
+                     std::abs(drawn.top() - want.top()) < 1 && std::abs(drawn.bottom() + 1 - want.bottom()) < 1, qPrintable(why));
+        }
     }
 };
 
