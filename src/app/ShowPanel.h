@@ -1,7 +1,8 @@
-// The show property panel: a dock with the show-wide settings (stage,
-// start, loop, click and end actions, playback and mute controls,
-// preloader, background image and frame, compression and printing). Every
-// edit is one undo step.
+// The show property panel: a dock with the show-wide settings (stage and
+// the part of it shown, start, loop, click and end actions, playback and
+// mute controls with pictures of their sets, preloader and its font,
+// background image and frame, compression and printing). Every edit is one
+// undo step.
 #pragma once
 
 #include <QDockWidget>
@@ -11,6 +12,7 @@
 #include "app/OptionForm.h"
 
 class QComboBox;
+class QLabel;
 class QLineEdit;
 
 namespace quillet {
@@ -39,13 +41,22 @@ public:
     void refresh();
 
     // The forms by section: "stage", "start", "controls", "mute", "click",
-    // "end", "preloader", "background", "frame", "movie".
+    // "end", "preloader", "preloaderFont", "background", "frame", "movie".
     OptionForm* form(const QString& name) const;
     QStringList formNames() const;
     // Text fields by label without the colon ("Click URL", "Preloader text", ...).
     QLineEdit* textField(const QString& name) const;
     // The installed control sets of each kind.
     QComboBox* controlSetChooser(bool mute) const { return mute ? muteSet_ : controlSet_; }
+    // The chosen set drawn over the stage colour (or why it cannot be).
+    QLabel* setPicture(bool mute) const { return mute ? mutePicture_ : controlPicture_; }
+    // Left, top, right, bottom of the part of the stage shown. Not among the
+    // forms above: an entry is checked against the other side too, and one
+    // that leaves nothing to show is refused with boundsMessage().
+    OptionForm* boundsForm() const { return bounds_; }
+    QString boundsMessage() const;
+    // The preloader text's font family (installed fonts).
+    QComboBox* preloaderFontChooser() const { return preloadFont_; }
 
     // The show's own captions and its music.
     CaptionEditor* captionEditor() const { return captions_; }
@@ -54,8 +65,13 @@ public:
 private:
     QWidget* addSection(const QString& name, const QString& title, OptionTable table,
                         std::span<const ShowBinding> bind, QWidget* parent);
+    void addForm(QWidget* section, const QString& name, OptionTable table, std::span<const ShowBinding> bind);
+    QWidget* addBounds(QWidget* parent);
+    void editBounds(int index, int value);
+    void addFontChooser(QWidget* section);
     void addText(QWidget* section, const QString& name, const QString& label, std::string& (*field)(SlideShow&));
-    QComboBox* addSetChooser(QWidget* section, bool mute);
+    QComboBox* addSetChooser(QWidget* section, bool mute, QLabel*& picture);
+    void showSetPicture(bool mute);
 
     Document& doc_;
     struct Section {
@@ -70,6 +86,11 @@ private:
     std::vector<std::pair<QString, TextField>> texts_;
     QComboBox* controlSet_ = nullptr;
     QComboBox* muteSet_ = nullptr;
+    QLabel* controlPicture_ = nullptr;
+    QLabel* mutePicture_ = nullptr;
+    OptionForm* bounds_ = nullptr;
+    QLabel* boundsMessage_ = nullptr;
+    QComboBox* preloadFont_ = nullptr;
     CaptionEditor* captions_ = nullptr;
     SoundEditor* music_ = nullptr;
     bool updating_ = false;

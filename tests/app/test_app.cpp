@@ -8,6 +8,7 @@
 #include <QElapsedTimer>
 #include <QLineEdit>
 #include <QPlainTextEdit>
+#include <QLabel>
 #include <QListWidget>
 #include <QSpinBox>
 #include <QImage>
@@ -31,6 +32,9 @@
 #include "app/PreferencesDialog.h"
 #include "app/PublishDialog.h"
 #include "app/PreviewWindow.h"
+#include "app/SetPicture.h"
+#include "swf/SwfTags.h"
+#include "swf/SwfWriter.h"
 #include "app/Prompts.h"
 #include "app/SlideListModel.h"
 #include "app/ShowPanel.h"
@@ -774,6 +778,190 @@ private slots:
         QCOMPARE(QString::fromStdString(placed.controlSet), sets->currentText());
         QVERIFY(placed.width > 1 && placed.height > 1);
         QVERIFY(savePanel(panel, "show-panel.png"));
+    }
+
+    // The show bounds and the preloader's font go through the panel into the
+    // saved project; an entry that leaves nothing of the stage shown is
+    // refused with what is allowed and changes nothing; a new stage width
+    // takes bounds covering the whole stage with it.
+    void showBoundsAndPreloaderFont_data() {
+        QTest::addColumn<QString>("section");  // "bounds", "stage", a form name, or "font" for the family list
+        QTest::addColumn<int>("row");
+        QTest::addColumn<QString>("typed");
+        QTest::addColumn<QString>("saved");    // in the saved file; empty: refused
+        QTest::addColumn<QString>("refusal");
+        FontRecord font;
+        QTest::newRow("left") << "bounds" << 0 << "12" << "show_bounds_left=\"12\"" << "";
+        QTest::newRow("bottom") << "bounds" << 3 << "200" << "show_bounds_bottom=\"200\"" << "";
+        QTest::newRow("right on left") << "bounds" << 2 << "0" << "" << "from 1 to 10000";
+        QTest::newRow("top below bottom") << "bounds" << 1 << "241" << "" << "from 0 to 239";
+        QTest::newRow("stage width") << "stage" << 0 << "400" << "show_bounds_right=\"400\"" << "";
+        font.height = -20;
+        QTest::newRow("text size") << "preloaderFont" << 0 << "20" << QString("preload_font=\"%1\"").arg(font.toHex().c_str()) << "";
+        font = FontRecord();
+        font.weight = 700;
+        QTest::newRow("bold") << "preloaderFont" << 1 << "1" << QString("preload_font=\"%1\"").arg(font.toHex().c_str()) << "";
+        font = FontRecord();
+        font.italic = 1;
+        QTest::newRow("italic") << "preloaderFont" << 2 << "1" << QString("preload_font=\"%1\"").arg(font.toHex().c_str()) << "";
+        QTest::newRow("family") << "font" << 0 << "" << "preload_font_name=" << "";
+    }
+    void showBoundsAndPreloaderFont() {
+        QFETCH(QString, section);
+        QFETCH(int, row);
+        QFETCH(QString, typed);
+        QFETCH(QString, saved);
+        QFETCH(QString, refusal);
+        MainWindow w;
+        w.resize(900, 1000);
+        w.show();
+        QCOMPARE(w.insertPictures({red_}, 0), 1);
+        w.showProperties();
+        ShowPanel* panel = w.showPanel();
+        QUndoStack& undo = w.document().undoStack();
+        const QString before = text(w);
+        const int steps = undo.count();
+        if (section == "font") {
+            QComboBox* fonts = panel->preloaderFontChooser();
+            QVERIFY2(fonts->count() > 1, "no installed fonts listed");
+            fonts->setCurrentIndex(fonts->currentIndex() == 0 ? 1 : 0);
+            saved += "\"" + fonts->currentText().toHtmlEscaped() + "\"";
+        } else {
+            const OptionForm* form = section == "bounds" ? panel->boundsForm() : panel->form(section);
+            QVERIFY(form);
+            enter(*form, size_t(row), typed.toDouble());
+        }
+        if (saved.isEmpty()) {
+            QVERIFY2(panel->boundsMessage().contains(refusal), qPrintable(panel->boundsMessage()));
+            QCOMPARE(undo.count(), steps);
+            QCOMPARE(text(w), before);
+            // The field shows the value kept again.
+            const int kept = row == 1 ? w.document().show().showBoundsTop : w.document().show().showBoundsRight;
+            QCOMPARE(panel->boundsForm()->control(size_t(row))->property("value").toInt(), kept);
+            return;
+        }
+        QCOMPARE(undo.count(), steps + 1);
+        QVERIFY(panel->boundsMessage().isEmpty());
+        if (section == "stage") QCOMPARE(panel->boundsForm()->control(2)->property("value").toInt(), 400);
+        QVERIFY(w.saveTo(file("bounds-font.qpj")));
+        QFile file(this->file("bounds-font.qpj"));
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        const QString project = QString::fromUtf8(file.readAll());
+        QVERIFY2(project.contains(saved), qPrintable(saved));
+        undo.undo();
+        QCOMPARE(text(w), before);
+    }
+
+    // The sets are drawn from their movies: "Dark Bar" shows its translucent
+    // dark panel below the buttons and light icons at rest (neither the
+    // pointer's colour nor the black hit areas); a file that is no movie,
+    // or a cut one, gives no picture but a reason naming it, in the panel too.
+    void controlSetPictures() {
+        QString why;
+        const QImage bar = ControlSetPicture(ControlKind::Playback, "Dark Bar", &why)
+                               .convertToFormat(QImage::Format_ARGB32);
+        QVERIFY2(!bar.isNull(), qPrintable(why));
+        QCOMPARE(bar.size(), QSize(200, 80));  // a 100 x 40 set at twice its size
+        auto near = [](QRgb c, int r, int g, int b, int a) {
+            return std::abs(qRed(c) - r) <= 3 && std::abs(qGreen(c) - g) <= 3 && std::abs(qBlue(c) - b) <= 3 &&
+                   std::abs(qAlpha(c) - a) <= 3;
+        };
+        QVERIFY(near(bar.pixel(100, 76), 24, 24, 28, 210));  // below the play button
+        QVERIFY(near(bar.pixel(14, 40), 24, 24, 28, 210));   // in a button's hit area, beside its icon
+        int light = 0, hover = 0;
+        for (int y = 0; y < bar.height(); ++y)
+            for (int x = 0; x < bar.width(); ++x) {
+                light += near(bar.pixel(x, y), 240, 240, 240, 255);
+                hover += near(bar.pixel(x, y), 255, 190, 60, 255);
+            }
+        QVERIFY2(light > 200 && hover == 0, qPrintable(QString("%1 light, %2 hover pixels").arg(light).arg(hover)));
+
+        // What the sets do not use yet: a square filled on its fill-0 side with
+        // an outline, and a curved edge, placed lower with green halved.
+        {
+            SwfShapeBuilder square;
+            square.SetFill0(square.AddFillStyle(SwfFillStyle::MakeSolid({255, 0, 0})));
+            square.SetLine(square.AddLineStyle({40, SwfColor(0, 0, 255)}));
+            square.Polygon({{200, 200}, {200, 800}, {800, 800}, {800, 200}});  // anticlockwise: inside on the left
+            SwfShapeBuilder bulge;
+            bulge.SetFill1(bulge.AddFillStyle(SwfFillStyle::MakeSolid({0, 255, 0})));
+            bulge.MoveTo(1200, 200);
+            bulge.LineTo(1200, 1000);
+            bulge.CurveTo(2000, 600, 1200, 200);  // reaches x = 80 px at y = 30 px
+            SwfWriter movie;
+            movie.Setup(2000, 2000, 12.0f, 8);
+            QVERIFY(movie.Open(file("drawn.swf").toStdString(), true));
+            movie.AddTag(std::make_unique<DefineShape3Tag>(1, square.Bounds(), square.Build()));
+            movie.AddTag(std::make_unique<DefineShape3Tag>(2, bulge.Bounds(), bulge.Build()));
+            movie.AddTag(PlaceObject2Tag::Place(1, 1));
+            SwfColorTransformAlpha halfGreen;
+            halfGreen.hasMultTerms = true;
+            halfGreen.greenMult = 128;
+            movie.AddTag(PlaceObject2Tag::Place(2, 2, SwfMatrix::Translate(0, 800), halfGreen));
+            movie.AddTag(std::make_unique<ShowFrameTag>());
+            movie.AddTag(std::make_unique<EndTag>());
+            movie.Close();
+            QVERIFY(movie.Good());
+            const QImage drawn = DrawFirstFrame(file("drawn.swf"), 1.0, &why).convertToFormat(QImage::Format_ARGB32);
+            QVERIFY2(!drawn.isNull(), qPrintable(why));
+            const std::tuple<QPoint, QRgb, const char*> probes[] = {
+                {{25, 25}, qRgba(255, 0, 0, 255), "fill 0 inside the square"},
+                {{5, 25}, qRgba(0, 0, 0, 0), "left of the square"},
+                {{25, 10}, qRgba(0, 0, 255, 255), "the outline"},
+                {{75, 70}, qRgba(0, 128, 0, 255), "inside the curve, moved and tinted"},
+                {{88, 70}, qRgba(0, 0, 0, 0), "outside the curve"},
+                {{75, 30}, qRgba(0, 0, 0, 0), "where the curve was before the move"}};
+            for (const auto& [at, want, what] : probes) {
+                const QRgb got = drawn.pixel(at);
+                QVERIFY2(near(got, qRed(want), qGreen(want), qBlue(want), qAlpha(want)),
+                         qPrintable(QString("%1: #%2").arg(what).arg(got, 8, 16, QChar('0'))));
+            }
+        }
+
+        // Broken sets beside a good one, in a folder of their own.
+        QTemporaryDir sets;
+        QDir(sets.path()).mkpath("Controls");
+        const QString folder = sets.filePath("Controls/");
+        QVERIFY(QFile::copy(QString::fromStdString(FindControlsFolder(ControlKind::Playback)) + "/Dark Bar.swf",
+                            folder + "Dark Bar.swf"));
+        QFile good(folder + "Dark Bar.swf");
+        QVERIFY(good.open(QIODevice::ReadOnly));
+        const QByteArray whole = good.readAll();
+        const std::pair<const char*, QByteArray> broken[] = {
+            {"Cut", whole.left(whole.size() / 2)}, {"Noise", QByteArray(300, '\x5a')}, {"Empty", QByteArray()}};
+        for (const auto& [name, bytes] : broken) {
+            QFile out(folder + name + ".swf");
+            QVERIFY(out.open(QIODevice::WriteOnly));
+            out.write(bytes);
+        }
+        const QByteArray oldFolder = qgetenv("QUILLET_CONTROLS_DIR");
+        qputenv("QUILLET_CONTROLS_DIR", sets.path().toUtf8());
+        {
+            MainWindow w;
+            w.resize(900, 1000);
+            w.show();
+            w.showProperties();
+            QComboBox* chooser = w.showPanel()->controlSetChooser(false);
+            QCOMPARE(chooser->count(), 4);
+            for (const auto& [name, bytes] : broken) {
+                QVERIFY(ControlSetPicture(ControlKind::Playback, name, &why).isNull());
+                QVERIFY2(why.contains(QString(name) + ".swf"), qPrintable(why));
+                chooser->setCurrentIndex(chooser->findText(name));
+                QCOMPARE(w.showPanel()->setPicture(false)->text(), why);
+            }
+            chooser->setCurrentIndex(chooser->findText("Dark Bar"));
+            QVERIFY(!w.showPanel()->setPicture(false)->pixmap().isNull());
+        }
+        qputenv("QUILLET_CONTROLS_DIR", oldFolder);
+
+        MainWindow w;
+        w.resize(900, 1000);
+        w.show();
+        QCOMPARE(w.insertPictures({red_}, 0), 1);
+        w.showProperties();
+        w.showPanel()->controlSetChooser(false)->setCurrentIndex(w.showPanel()->controlSetChooser(false)->findText("Dark Bar"));
+        w.showPanel()->controlSetChooser(true)->setCurrentIndex(0);
+        QVERIFY(savePanel(w.showPanel(), "show-panel-set-pictures.png"));
     }
 
     // Captions and sounds, of one slide and of the whole show: every field is
