@@ -13,14 +13,6 @@ namespace quillet {
 
 namespace {
 
-// Font tags hold 16-bit codes; anything past them shows as the replacement character.
-std::u32string DrawnText(const Caption& caption) {
-    std::u32string text = DecodeCaptionText(caption.text);
-    for (char32_t& c : text)
-        if (c > 0xFFFF) c = 0xFFFD;
-    return text;
-}
-
 int16_t Short(int64_t v) { return static_cast<int16_t>(std::clamp<int64_t>(v, -32768, 32767)); }
 
 SwfColor CaptionColor(const Caption& caption) {
@@ -90,7 +82,7 @@ FontFace* CaptionWriter::FaceFor(const Caption& caption, const std::string& wher
 }
 
 void CaptionWriter::Collect(const Caption& caption, const std::string& where) {
-    const std::u32string text = DrawnText(caption);
+    const std::u32string text = DrawnCaptionText(caption);
     if (text.empty()) return;  // draws nothing, needs no face
     FontFace* face = FaceFor(caption, where);
     if (!face) return;
@@ -121,7 +113,7 @@ uint16_t CaptionWriter::DefineFont(FontFace& face, FaceUse& use, MovieContext& c
 }
 
 uint16_t CaptionWriter::Place(const Caption& caption, const std::string& where, MovieContext& ctx, uint16_t depth) {
-    const std::u32string text = DrawnText(caption);
+    const std::u32string text = DrawnCaptionText(caption);
     if (text.empty()) return 0;
     FontFace* face = FaceFor(caption, where);
     if (!face) return 0;
