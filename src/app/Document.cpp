@@ -235,6 +235,7 @@ struct ShowFields {
     uint32_t bgFrameColor = 0;
     std::string bgFramePattern, bgFrameCustomPattern;
     bool useCompression = false, disablePrint = false;
+    int showBoundsLeft = 0, showBoundsTop = 0, showBoundsRight = 0, showBoundsBottom = 0;
     CaptionList captions;
     SlideSound sound;
 
@@ -244,7 +245,9 @@ struct ShowFields {
           bgImageTile(s.bgImageTile), bgFrame(s.bgFrame), bgFrameLeft(s.bgFrameLeft), bgFrameTop(s.bgFrameTop),
           bgFrameRight(s.bgFrameRight), bgFrameBottom(s.bgFrameBottom), bgFrameColor(s.bgFrameColor),
           bgFramePattern(s.bgFramePattern), bgFrameCustomPattern(s.bgFrameCustomPattern),
-          useCompression(s.useCompression), disablePrint(s.disablePrint), captions(s.captions), sound(s.sound) {}
+          useCompression(s.useCompression), disablePrint(s.disablePrint), showBoundsLeft(s.showBoundsLeft),
+          showBoundsTop(s.showBoundsTop), showBoundsRight(s.showBoundsRight), showBoundsBottom(s.showBoundsBottom),
+          captions(s.captions), sound(s.sound) {}
     void applyTo(SlideShow& s) const {
         s.swfData = swfData;
         s.controls = controls;
@@ -264,6 +267,10 @@ struct ShowFields {
         s.bgFrameCustomPattern = bgFrameCustomPattern;
         s.useCompression = useCompression;
         s.disablePrint = disablePrint;
+        s.showBoundsLeft = showBoundsLeft;
+        s.showBoundsTop = showBoundsTop;
+        s.showBoundsRight = showBoundsRight;
+        s.showBoundsBottom = showBoundsBottom;
         s.captions = captions;
         s.sound = sound;
     }

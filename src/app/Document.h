@@ -67,7 +67,7 @@ public:
     // One undo step over the show-wide settings: `edit` runs on the show;
     // undo puts back the start, click, end and preloader behaviour, the
     // controls, the background image and frame, compression, printing, the
-    // show's captions and its music.
+    // show bounds, the show's captions and its music.
     void editShow(const QString& text, const std::function<void(SlideShow&)>& edit);
     // One undo step that replaces the publish settings; none when they are the same.
     void editPublish(const QString& text, const PublishSettings& settings);

@@ -11,10 +11,7 @@
 #include <QPixmap>
 #include <QScrollArea>
 #include <QScrollBar>
-#include <QUndoCommand>
-#include <QUndoStack>
 #include <QVBoxLayout>
-#include <array>
 #include <cstdlib>
 
 #include "app/CaptionEditor.h"
@@ -121,26 +118,6 @@ constinit const ShowBinding kPreloaderFontBind[] = {
      [](SlideShow& s, double v) { s.swfData.preloadFont.weight = v != 0 ? 700 : 400; }},
     {[](const SlideShow& s) { return double(s.swfData.preloadFont.italic != 0); },
      [](SlideShow& s, double v) { s.swfData.preloadFont.italic = v != 0 ? 1 : 0; }}};
-
-// Document::editShow does not record the show bounds (the stage command
-// moves them with the stage), so an edit of them carries both rectangles.
-class BoundsCommand : public QUndoCommand {
-public:
-    using Bounds = std::array<int, 4>;  // left, top, right, bottom
-    BoundsCommand(Document& doc, const QString& text, Bounds before, Bounds after)
-        : QUndoCommand(text), doc_(doc), before_(before), after_(after) {}
-    void redo() override { apply(after_); }
-    void undo() override { apply(before_); }
-
-private:
-    void apply(const Bounds& b) {
-        SlideShow& s = doc_.show();
-        s.showBoundsLeft = b[0], s.showBoundsTop = b[1], s.showBoundsRight = b[2], s.showBoundsBottom = b[3];
-        doc_.notifyChanged({});
-    }
-    Document& doc_;
-    Bounds before_, after_;
-};
 
 // Set pictures: the combo's icons, and the chosen set at its own size with a
 // margin of stage colour around it.
@@ -308,9 +285,10 @@ void ShowPanel::editBounds(int index, int value) {
         return;
     }
     boundsMessage_->hide();
-    doc_.undoStack().push(new BoundsCommand(doc_, "Slide Show Properties: " + QString(kBoundsRows[index].label).remove(':') + " Bound",
-                                            {show.showBoundsLeft, show.showBoundsTop, show.showBoundsRight, show.showBoundsBottom},
-                                            {b[0], b[1], b[2], b[3]}));
+    doc_.editShow("Slide Show Properties: " + QString(kBoundsRows[index].label).remove(':') + " Bound",
+                  [&b](SlideShow& s) {
+                      s.showBoundsLeft = b[0], s.showBoundsTop = b[1], s.showBoundsRight = b[2], s.showBoundsBottom = b[3];
+                  });
 }
 
 void ShowPanel::addFontChooser(QWidget* section) {

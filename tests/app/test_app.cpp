@@ -1147,6 +1147,131 @@ private slots:
         AppSettings::current().resetToDefaults();
     }
 
+    // The picture's image type list offers seven types: each reaches the
+    // file as its keyword, also picked over a type the list does not offer
+    // (undo shows that one again); such a type shows by name and survives
+    // another edit. The JPEG quality counts only for the JPEG-encoded types.
+    void imageTypeList_data() {
+        QTest::addColumn<QString>("label");  // picked in the list; empty: the type is only in the project
+        QTest::addColumn<QString>("keyword");
+        QTest::addColumn<bool>("quality");
+        const std::tuple<const char*, const char*, bool> rows[] = {
+            {"Jpeg", "jpeg", true},
+            {"Jpeg w/ Alpha Channel", "jpeg_transparent", true},
+            {"Jpeg Import Data", "jpeg_import_data", false},
+            {"Lossless 24 bit", "rgb_24", false},
+            {"Lossless 24 bit w/ Alpha Channel", "rgb_24_transparent", false},
+            {"Lossless 15 bit", "rgb_15", false},
+            {"Lossless 8 bit", "rgb_8", false},
+            {"", "jpeg_external", false},
+            {"", "rgb_8_transparent", false}};
+        for (const auto& [label, keyword, quality] : rows) QTest::addRow("%s", keyword) << label << keyword << quality;
+    }
+    void imageTypeList() {
+        QFETCH(QString, label);
+        QFETCH(QString, keyword);
+        QFETCH(bool, quality);
+        MainWindow w;
+        w.resize(900, 900);
+        w.show();
+        QCOMPARE(w.insertPictures({red_}, 0), 1);
+        w.selectRows({0});
+        w.slideProperties();
+        SlidePanel* panel = w.slidePanel();
+        auto* types = qobject_cast<QComboBox*>(panel->form("picture")->control(0));
+        QVERIFY(types);
+        QCOMPARE(types->count(), 7);
+        ImageType start;
+        QVERIFY(imageTypeFromKeyword(label.isEmpty() ? keyword.toStdString() : "jpeg_external", start));
+        w.document().editSlides({0}, "Type", [start](Slide& s) { s.image.imageType = start; });
+        QCOMPARE(types->currentIndex(), -1);
+        const QString kept = types->placeholderText();
+        QVERIFY2(!kept.isEmpty() && kept != "(mixed)", qPrintable(kept));
+        QUndoStack& undo = w.document().undoStack();
+        if (label.isEmpty()) {
+            typeInto(panel->form("slide")->control(0), "4");
+            QCOMPARE(w.document().show().slideAt(0)->duration, 4000u);
+            QCOMPARE(types->currentIndex(), -1);
+        } else {
+            QVERIFY(types->findText(label) >= 0);
+            types->setCurrentIndex(types->findText(label));
+            undo.undo();
+            QCOMPARE(types->currentIndex(), -1);
+            QCOMPARE(types->placeholderText(), kept);
+            undo.redo();
+            QCOMPARE(types->currentText(), label);
+        }
+        QCOMPARE(panel->form("picture")->control(1)->isEnabled(), quality);
+        QVERIFY(w.saveTo(file("types.qpj")));
+        QFile saved(file("types.qpj"));
+        QVERIFY(saved.open(QIODevice::ReadOnly));
+        QVERIFY(QString::fromUtf8(saved.readAll()).contains(QString(R"(image_type="%1")").arg(keyword)));
+    }
+
+    // The filtered picture follows every filter and picture edit, filters in
+    // list order before the flip and the turn, as the exporter prepares it:
+    // a 400x200 picture, light on the left half, dark blue-grey on the right,
+    // shown at its size on the 320x240 stage.
+    void filteredPicture() {
+        QImage halves(400, 200, QImage::Format_RGB32);
+        halves.fill(QColor(200, 200, 200));
+        QPainter(&halves).fillRect(200, 0, 200, 200, QColor(30, 60, 90));
+        QVERIFY(halves.save(file("halves.png")));
+        MainWindow w;
+        w.resize(900, 900);
+        w.show();
+        QCOMPARE(w.insertPictures({file("halves.png")}, 0), 1);
+        w.selectRows({0});
+        w.slideProperties();
+        SlidePanel* panel = w.slidePanel();
+        FilterPreview* preview = panel->filterPreview();
+        QComboBox* chooser = panel->effectChooser("filters");
+        auto add = [&](const char* name) {
+            QVERIFY(chooser->findText(name) >= 0);
+            chooser->setCurrentIndex(chooser->findText(name));
+            panel->addEffect("filters");
+        };
+        auto* types = qobject_cast<QComboBox*>(panel->form("picture")->control(0));
+        // Solarize inverts channels above 50; Grayscale is (3R + 4G + 2B) / 9.
+        const QList<std::tuple<const char*, std::function<void()>, QSize, QColor>> steps = {
+            {"unfiltered", [] {}, {320, 160}, QColor(200, 200, 200)},
+            {"flipped", [&] { panel->pictureEditor()->flip(true); }, {320, 160}, QColor(30, 60, 90)},
+            {"Solarize", [&] { add("Solarize"); }, {320, 160}, QColor(30, 195, 165)},
+            {"then Grayscale", [&] { add("Grayscale"); }, {320, 160}, QColor(133, 133, 133)},
+            {"Grayscale first", [&] { panel->moveEffect("filters", -1); }, {320, 160}, QColor(199, 199, 199)},
+            {"turned right", [&] { panel->pictureEditor()->rotate(90); }, {120, 240}, QColor(199, 199, 199)},
+            {"file as it is", [&] { types->setCurrentIndex(types->findText("Jpeg Import Data")); }, {320, 160},
+             QColor(200, 200, 200)},
+            {"Solarize removed", [&] {
+                 types->setCurrentIndex(types->findText("Jpeg"));
+                 panel->effectList("filters")->setCurrentRow(1);
+                 panel->removeEffect("filters");
+             }, {120, 240}, QColor(56, 56, 56)}};
+        for (const auto& [name, step, size, colour] : steps) {
+            step();
+            QVERIFY2(QTest::qWaitFor([&] { return !preview->busy(); }, 5000), name);
+            const QImage shown = preview->picture();
+            QVERIFY2(shown.size() == size, qPrintable(QString("%1: %2x%3").arg(name).arg(shown.width()).arg(shown.height())));
+            // A quarter of the way along the longer side, mid-way across.
+            const QColor at = shown.pixelColor(size.width() > size.height() ? QPoint(size.width() / 4, size.height() / 2)
+                                                                             : QPoint(size.width() / 2, size.height() / 4));
+            QVERIFY2(std::abs(at.red() - colour.red()) <= 2 && std::abs(at.green() - colour.green()) <= 2 &&
+                         std::abs(at.blue() - colour.blue()) <= 2,
+                     qPrintable(QString("%1: %2, wanted %3").arg(name, at.name(), colour.name())));
+        }
+        // A real photo, for the eye: artefacts/slide-panel-filtered-picture.png.
+        const QString photo = "/usr/share/backgrounds/mate/nature/LadyBird.jpg";
+        if (!QFileInfo::exists(photo)) return;
+        QCOMPARE(w.insertPictures({photo}, 1), 1);
+        w.selectRows({1});
+        add("Sepia");
+        add("Raise Borders");
+        QVERIFY(QTest::qWaitFor([&] { return !preview->busy(); }, 10000));
+        QVERIFY(!preview->picture().isNull());
+        QDir().mkpath(QUILLET_ARTEFACTS_DIR);
+        QVERIFY(preview->parentWidget()->grab().save(QString(QUILLET_ARTEFACTS_DIR) + "/slide-panel-filtered-picture.png"));
+    }
+
     // Needs a display: the demo show in the main window and its preview.
     void demoWindowAndPreview() {
         if (offscreen()) QSKIP("the web view needs a display (run under Xvfb)");
