@@ -349,8 +349,13 @@ QImage PictureEditor::Picture(const QString& path, int longest) {
 QImage PictureEditor::Shown(const Slide& slide, int longest) {
     QImage image = Picture(QString::fromStdString(slide.image.src), longest);
     if (image.isNull()) return image;
-    if (slide.image.rotation % 360) image = image.transformed(QTransform().rotate(slide.image.rotation));
-    return image.mirrored(slide.image.flipHorizontal, slide.image.flipVertical);
+    // As the movie stores it: the turn and mirrors the corner record gives,
+    // mirrors first.
+    SlideImage oriented = slide.image;
+    NormaliseOrientation(oriented);
+    image = image.mirrored(oriented.flipHorizontal, oriented.flipVertical);
+    if (oriented.rotation % 360) image = image.transformed(QTransform().rotate(oriented.rotation));
+    return image;
 }
 
 }  // namespace quillet::app

@@ -43,6 +43,7 @@
 #include "effects/CameraEffect.h"
 #include "effects/Transition.h"
 #include "media/ImageFilter.h"
+#include "media/SlidePicture.h"
 #include "model/ProjectFile.h"
 #include "model/Slide.h"
 #include "model/SlideShow.h"
@@ -1270,6 +1271,47 @@ private slots:
         QVERIFY(!preview->picture().isNull());
         QDir().mkpath(QUILLET_ARTEFACTS_DIR);
         QVERIFY(preview->parentWidget()->grab().save(QString(QUILLET_ARTEFACTS_DIR) + "/slide-panel-filtered-picture.png"));
+    }
+
+    // The picture editor shows the picture turned and mirrored as the movie
+    // stores it, whatever the order of the commands.
+    void pictureEditorOrientation() {
+        QImage quad(80, 60, QImage::Format_RGB32);
+        const QColor colours[4] = {Qt::red, Qt::green, Qt::blue, Qt::yellow};  // TL, TR, BL, BR
+        for (int q = 0; q < 4; ++q) QPainter(&quad).fillRect((q % 2) * 40, (q / 2) * 30, 40, 30, colours[q]);
+        QVERIFY(quad.save(file("quad.png")));
+        MainWindow w;
+        w.show();
+        QCOMPARE(w.insertPictures({file("quad.png")}, 0), 1);
+        w.selectRows({0});
+        w.slideProperties();
+        PictureEditor* editor = w.slidePanel()->pictureEditor();
+        const QList<QList<std::function<void()>>> sequences = {
+            {[&] { editor->rotate(90); }},
+            {[&] { editor->rotate(90); }, [&] { editor->flip(true); }},
+            {[&] { editor->flip(true); }, [&] { editor->rotate(90); }},
+            {[&] { editor->flip(false); }, [&] { editor->rotate(-90); }},
+            {[&] { editor->rotate(180); }, [&] { editor->flip(false); }, [&] { editor->flip(true); }},
+        };
+        QUndoStack& undo = w.document().undoStack();
+        for (int n = 0; n < sequences.size(); ++n) {
+            const int upright = undo.index();
+            for (const auto& command : sequences[n]) command();
+            const Slide& slide = *w.document().show().slideAt(0);
+            SlideImage stored = slide.image;
+            stored.imageType = ImageType::Rgb24;
+            const PreparedPicture movie = PrepareSlideImage(stored, {});
+            QVERIFY2(movie.ok, movie.error.c_str());
+            const QImage shown = PictureEditor::Shown(slide).scaled(int(movie.width), int(movie.height));
+            for (int q = 0; q < 4; ++q) {
+                const int x = int(movie.width) * (1 + 2 * (q % 2)) / 4, y = int(movie.height) * (1 + 2 * (q / 2)) / 4;
+                const uint8_t* p = movie.pixels.row(uint32_t(y)) + x * 3;
+                QVERIFY2(shown.pixelColor(x, y) == QColor(p[0], p[1], p[2]),
+                         qPrintable(QString("sequence %1, quarter %2: shown %3, stored %4")
+                                        .arg(n).arg(q).arg(shown.pixelColor(x, y).name(), QColor(p[0], p[1], p[2]).name())));
+            }
+            undo.setIndex(upright);
+        }
     }
 
     // Needs a display: the demo show in the main window and its preview.
