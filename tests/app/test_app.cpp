@@ -1310,6 +1310,19 @@ private slots:
                          qPrintable(QString("sequence %1, quarter %2: shown %3, stored %4")
                                         .arg(n).arg(q).arg(shown.pixelColor(x, y).name(), QColor(p[0], p[1], p[2]).name())));
             }
+            // A crop drawn over the shown picture's top-left quarter stores that quarter.
+            const QColor topLeft = shown.pixelColor(int(movie.width) / 4, int(movie.height) / 4);
+            stored.crop = true;
+            const QSize natural = PictureEditor::Shown(slide).size();  // crop rectangles are in its pixels
+            SetCropRect(stored, {0, 0, natural.width() / 2, natural.height() / 2}, 320, 240);
+            const PreparedPicture quarter = PrepareSlideImage(stored, {});
+            QVERIFY2(quarter.ok, quarter.error.c_str());
+            for (uint32_t y : {0u, quarter.height - 1})
+                for (uint32_t x : {0u, quarter.width - 1}) {
+                    const uint8_t* p = quarter.pixels.row(y) + x * 3;
+                    QVERIFY2(QColor(p[0], p[1], p[2]) == topLeft, qPrintable(QString("sequence %1: cropped corner %2")
+                                                                                .arg(n).arg(QColor(p[0], p[1], p[2]).name())));
+                }
             undo.setIndex(upright);
         }
     }
