@@ -733,6 +733,15 @@ private slots:
         for (const char* want : {R"(crop="true" crop_left="10" crop_top="10" crop_right="150" crop_bottom="230")",
                                  R"(pan_x="-4000" pan_y="-3200" zoom="2")", R"(direction="left")", R"(x="60" y="-4")"})
             QVERIFY2(project.contains(want), want);
+        // Each edit is one undo step: the pictures, their durations, the crop, the move and its two
+        // frames, the transition and its direction, the caption, its text and its place, the filter
+        // and the music. Undone to the start and redone, the project is the same text.
+        QUndoStack& undo = w.document().undoStack();
+        QCOMPARE(undo.count(), 13);
+        undo.setIndex(0);
+        QCOMPARE(w.document().show().count(), 0);
+        undo.setIndex(undo.count());
+        QCOMPARE(text(w), project);
     }
 
     // Every field of the show panel reaches the project text as one undo
