@@ -10,9 +10,6 @@
 #include <QPlainTextEdit>
 #include <QLabel>
 #include <QListWidget>
-#include <QSpinBox>
-#include <QImage>
-#include <QListView>
 #include <QMimeData>
 #include <QPainter>
 #include <QProgressDialog>
@@ -22,8 +19,8 @@
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
-#include <QWebEngineView>
 #include <functional>
+#include <numeric>
 
 #include "app/CaptionEditor.h"
 #include "app/CaptionStage.h"
@@ -33,7 +30,6 @@
 #include "app/PublishDialog.h"
 #include "app/PreviewWindow.h"
 #include "app/SetPicture.h"
-#include "swf/SwfTags.h"
 #include "swf/SwfWriter.h"
 #include "app/Prompts.h"
 #include "app/SlideListModel.h"
@@ -131,9 +127,80 @@ void enter(const OptionForm& form, size_t index, double value) {
     else typeInto(control, control->locale().toString(value, 'f', row.decimals));
 }
 
+// Presses at `from`, moves through the middle to `to` and lets go.
+void drag(QWidget* on, QPoint from, QPoint to) {
+    QTest::mousePress(on, Qt::LeftButton, {}, from);
+    QTest::mouseMove(on, (from + to) / 2);
+    QTest::mouseMove(on, to);
+    QTest::mouseRelease(on, Qt::LeftButton, {}, to);
+}
+
+QByteArray contents(const QString& path) {
+    QFile f(path);
+    return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
+}
+
+bool writeFile(const QString& path, const QByteArray& bytes) {
+    QFile f(path);
+    return f.open(QIODevice::WriteOnly) && f.write(bytes) == bytes.size();
+}
+
+// The project as saved to `path` (empty if it could not be saved).
+QString savedText(MainWindow& w, const QString& path) {
+    return w.saveTo(path) ? QString::fromUtf8(contents(path)) : QString();
+}
+
+// The window shown with the pictures inserted and the panel of `rows` open;
+// null if a picture was refused.
+SlidePanel* openSlides(MainWindow& w, const QStringList& pictures, const QList<int>& rows = {0}, int height = 900) {
+    w.resize(900, height);
+    w.show();
+    if (w.insertPictures(pictures, 0) != pictures.size()) return nullptr;
+    w.selectRows(rows);
+    w.slideProperties();
+    return w.slidePanel();
+}
+
+ShowPanel* openShow(MainWindow& w, const QStringList& pictures) {
+    w.resize(900, 1000);
+    w.show();
+    if (w.insertPictures(pictures, 0) != pictures.size()) return nullptr;
+    w.showProperties();
+    return w.showPanel();
+}
+
+// `set` is one undo step that changes the project text, and undo gives the
+// text back exactly; the step is redone after.
+void oneStep(MainWindow& w, const QString& what, const std::function<void()>& set) {
+    QUndoStack& undo = w.document().undoStack();
+    const QString before = text(w);
+    const int steps = undo.count();
+    set();
+    QVERIFY2(undo.count() == steps + 1 && text(w) != before, qPrintable(what));
+    undo.undo();
+    QVERIFY2(text(w) == before, qPrintable(what));
+    undo.redo();
+}
+
+// Every field of an option form changed through its control, each by oneStep;
+// a number field shows the value entered.
+void walkForm(MainWindow& w, const OptionForm& form, const QString& what = {}) {
+    for (size_t i = 0; i < form.table().size(); ++i) {
+        const OptionSpec& row = form.table()[i];
+        QWidget* control = form.control(i);
+        const double now = control->property("value").toDouble();
+        const double v = row.kind == OptionKind::List    ? std::fmod(qobject_cast<QComboBox*>(control)->currentIndex() + 1, double(row.items.size()))
+                         : row.kind == OptionKind::Bool  ? !qobject_cast<QCheckBox*>(control)->isChecked()
+                         : row.kind == OptionKind::Color ? 0x123456
+                         : row.maxValue != now           ? row.maxValue
+                                                         : row.minValue;
+        oneStep(w, what + " " + row.label, [&] { enter(form, i, v); });
+        if (row.kind == OptionKind::Integer) QCOMPARE(control->property("value").toDouble(), v);
+    }
+}
+
 // The panel's whole page (past the scrolled view) as a screenshot artefact.
 bool savePanel(QWidget* panel, const QString& name) {
-    QDir().mkpath(QUILLET_ARTEFACTS_DIR);
     QTest::qWait(50);  // the layouts settle
     QWidget* page = panel->findChild<QScrollArea*>()->widget();
     return page->grab().save(QString(QUILLET_ARTEFACTS_DIR) + "/" + name);
@@ -160,6 +227,7 @@ private slots:
         green_ = makePicture(file("green.jpg"), Qt::green);
         blue_ = makePicture(file("blue.jpg"), Qt::blue);
         setPrompts(&prompts_);
+        QDir().mkpath(QUILLET_ARTEFACTS_DIR);
     }
     void init() { prompts_ = ScriptedPrompts(); }
     void cleanupTestCase() { setPrompts(nullptr); }
@@ -171,11 +239,7 @@ private slots:
         MainWindow w;
         w.show();
         QVERIFY(QTest::qWaitForWindowActive(&w));
-        {
-            QFile junk(file("not-a-picture.jpg"));
-            QVERIFY(junk.open(QIODevice::WriteOnly));
-            junk.write("plain text");
-        }
+        QVERIFY(writeFile(file("not-a-picture.jpg"), "plain text"));
         const QList<std::pair<const char*, std::function<void()>>> steps = {
             {"insert three", [&] { QCOMPARE(w.insertPictures({red_, green_, blue_}, 0), 3); }},
             {"insert missing and broken", [&] {
@@ -232,9 +296,7 @@ private slots:
         QVERIFY(again.openFile(file("edits.qpj")));
         QCOMPARE(text(again), texts.last());
         QVERIFY(again.saveTo(file("resaved.qpj")));
-        QFile a(file("edits.qpj")), b(file("resaved.qpj"));
-        QVERIFY(a.open(QIODevice::ReadOnly) && b.open(QIODevice::ReadOnly));
-        QCOMPARE(a.readAll(), b.readAll());
+        QCOMPARE(contents(file("resaved.qpj")), contents(file("edits.qpj")));
     }
 
     void savePrompt_data() {
@@ -286,15 +348,7 @@ private slots:
             w.insertPictures({red_, moved}, 0);
             QVERIFY(w.saveTo(file("missing.qpj")));
         }
-        QFile::rename(moved, file("elsewhere/moved.tmp"));
-        QString project;
-        {
-            QFile f(file("missing.qpj"));
-            QVERIFY(f.open(QIODevice::ReadOnly));
-            project = QString::fromUtf8(f.readAll());
-        }
-        QFile::rename(file("elsewhere/moved.tmp"), file("elsewhere/moved.jpg"));
-        QFile::remove(file("elsewhere/moved.jpg"));
+        QFile::remove(moved);
         QDir().mkpath(file("found"));
         makePicture(file("found/moved.jpg"), Qt::yellow);
         prompts_.relocate = {Choice(choice)};
@@ -341,14 +395,13 @@ private slots:
         QVERIFY2(clock.elapsed() - cancelledAt < 3000, qPrintable(QString::number(clock.elapsed() - cancelledAt)));
         QVERIFY(cancelled.slidesWritten < 40);
         prompts_.onProgress = nullptr;
-        w.document().removeSlides({3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16, 17, 18, 19, 20, 21, 22, 23, 24,
-                                   25, 26, 27, 28, 29, 30, 31, 32, 33, 34, 35, 36, 37, 38, 39});
+        QList<int> rest(37);
+        std::iota(rest.begin(), rest.end(), 3);
+        w.document().removeSlides(rest);
         ExportResult done = w.exportTo(file("done.swf"));
         QVERIFY2(done.ok, done.error.c_str());
         QCOMPARE(done.slidesWritten, 3);
-        QFile movie(file("done.swf"));
-        QVERIFY(movie.open(QIODevice::ReadOnly));
-        const QByteArray head = movie.read(3);
+        const QByteArray head = contents(file("done.swf")).left(3);
         QVERIFY(head == "FWS" || head == "CWS");
         QVERIFY(prompts_.told.isEmpty());
         // Publishing runs on the worker too; its replace question is asked on
@@ -445,13 +498,8 @@ private slots:
         QFETCH(QString, family);
         QFETCH(QString, name);
         MainWindow w;
-        w.resize(900, 900);
-        w.show();
-        QCOMPARE(w.insertPictures({red_, green_}, 0), 2);
-        w.selectRows({1});
-        w.slideProperties();
-        SlidePanel* panel = w.slidePanel();
-        QVERIFY(panel->isVisible());
+        SlidePanel* panel = openSlides(w, {red_, green_}, {1});
+        QVERIFY(panel && panel->isVisible());
         QUndoStack& undo = w.document().undoStack();
         const OptionForm* form = panel->transitionOptions();
         if (family == "transition") {
@@ -483,19 +531,15 @@ private slots:
             if (number && row.maxValue < 1e6) {
                 typeInto(form->control(i), QString::number(row.maxValue + 1));
                 QVERIFY2(form->message().contains(QString::number(row.maxValue, 'f', row.kind == OptionKind::Real ? row.decimals : 0)),
-                         qPrintable(row.label + (" refused with: " + form->message())));
+                         qPrintable(row.label + (": " + form->message())));
                 QCOMPARE(undo.count(), steps);
             }
             enter(*form, i, v);
             QVERIFY2(undo.count() == ++steps, row.label);
         }
-        if (name == "Slide In From" || name == "Color Fade" || name == "pan_zoom")
-            QVERIFY(savePanel(panel, "slide-panel-" + name.toLower().replace(' ', '-') + ".png"));
-        if (name == "Push") QVERIFY(QTest::qWaitFor([] { return false; }, 50) || w.grab().save(QString(QUILLET_ARTEFACTS_DIR) + "/main-window-slide-panel.png"));
-        QVERIFY(w.saveTo(file("options.qpj")));
-        QFile saved(file("options.qpj"));
-        QVERIFY(saved.open(QIODevice::ReadOnly));
-        const QString project = QString::fromUtf8(saved.readAll());
+        if (name == "Slide In From") QVERIFY(savePanel(panel, "slide-panel-slide-in-from.png"));
+        if (name == "Push") { QTest::qWait(50); QVERIFY(w.grab().save(QString(QUILLET_ARTEFACTS_DIR) + "/main-window-slide-panel.png")); }
+        const QString project = savedText(w, file("options.qpj"));
         const qsizetype at = project.indexOf("<" + family + " name=\"" + name.toHtmlEscaped() + "\"");
         QVERIFY(at >= 0);
         const QString line = project.mid(at, project.indexOf('\n', at) - at);
@@ -510,8 +554,7 @@ private slots:
         for (size_t i = 0; i < table.size(); ++i) {
             if (!table[i].attribute) continue;
             QVERIFY2(line.contains(QString(" %1=\"").arg(table[i].attribute)), qPrintable(line));
-            QVERIFY2(std::abs(values.Value(i) - want[i]) <= 1e-4 * std::max(1.0, std::abs(want[i])),
-                     qPrintable(QString("%1: %2, wanted %3").arg(table[i].attribute).arg(values.Value(i)).arg(want[i])));
+            QVERIFY2(std::abs(values.Value(i) - want[i]) <= 1e-4 * std::max(1.0, std::abs(want[i])), table[i].attribute);
         }
     }
 
@@ -520,14 +563,11 @@ private slots:
     // and the slide rows and the status line follow.
     void multiSlideEdit() {
         MainWindow w;
-        w.resize(900, 1000);
-        w.show();
-        QCOMPARE(w.insertPictures({red_, green_, blue_}, 0), 3);
+        SlidePanel* panel = openSlides(w, {red_, green_, blue_}, {0}, 1000);
+        QVERIFY(panel);
         w.document().setDuration({0}, 3000);
         w.document().setDuration({1}, 5000);
-        w.selectRows({0, 1, 2});
-        w.slideProperties();
-        SlidePanel* panel = w.slidePanel();
+        w.selectRows({0, 1, 2});  // an edit selects the slides it changed
         auto* duration = qobject_cast<QAbstractSpinBox*>(panel->form("slide")->control(0));
         QVERIFY(duration);
         QCOMPARE(duration->text(), QString("(mixed)"));
@@ -561,7 +601,6 @@ private slots:
             QVERIFY(w.slideModel()->index(i).data().toString().endsWith("(4.50 sec)"));
         }
         QCOMPARE(w.statusText(), QString::fromStdString(show.statusText()));
-        QVERIFY(w.document().modified());
         // One slide's filters: two added, the second moved up; undo puts the order back.
         w.selectRows({0});
         QComboBox* chooser = panel->effectChooser("filters");
@@ -612,12 +651,8 @@ private slots:
         QFETCH(QStringList, gestures);
         QFETCH(QStringList, expected);
         MainWindow w;
-        w.resize(900, 900);
-        w.show();
-        QCOMPARE(w.insertPictures({red_}, 0), 1);
-        w.selectRows({0});
-        w.slideProperties();
-        SlidePanel* panel = w.slidePanel();
+        SlidePanel* panel = openSlides(w, {red_});
+        QVERIFY(panel);
         PictureEditor* picture = panel->pictureEditor();
         CaptionStage* stage = panel->captionStage();
         picture->canvas()->setFixedSize(336, 256);  // one canvas pixel per picture pixel
@@ -625,12 +660,6 @@ private slots:
         QUndoStack& undo = w.document().undoStack();
         const int before = undo.count();
         const QString original = text(w);
-        auto drag = [](QWidget* on, QPoint from, QPoint to) {
-            QTest::mousePress(on, Qt::LeftButton, {}, from);
-            QTest::mouseMove(on, (from + to) / 2);
-            QTest::mouseMove(on, to);
-            QTest::mouseRelease(on, Qt::LeftButton, {}, to);
-        };
         for (const QString& gesture : gestures) {
             const QStringList g = gesture.split(' ');
             if (g[0] == "drag")
@@ -653,14 +682,11 @@ private slots:
             }
         }
         QCOMPARE(undo.count(), before + gestures.size());
-        if (QTest::currentDataTag() == QString("pan and zoom")) QVERIFY(savePanel(panel, "slide-panel-picture-pan-zoom.png"));
-        if (QTest::currentDataTag() == QString("caption to the bottom right")) QVERIFY(savePanel(panel, "slide-panel-caption-stage.png"));
-        if (QTest::currentDataTag() == QString("crop turned right")) QVERIFY(savePanel(panel, "slide-panel-picture-crop.png"));
-        QVERIFY(w.saveTo(file("drags.qpj")));
-        QFile saved(file("drags.qpj"));
-        QVERIFY(saved.open(QIODevice::ReadOnly));
-        const QString project = QString::fromUtf8(saved.readAll());
-        for (const QString& want : expected) QVERIFY2(project.contains(" " + want), qPrintable(want + " not in\n" + project.mid(project.indexOf("<caption "), 600)));
+        const QString shot = QMap<QString, QString>{{"pan and zoom", "picture-pan-zoom"}, {"crop turned right", "picture-crop"},
+                                                    {"caption to the bottom right", "caption-stage"}}.value(QTest::currentDataTag());
+        if (!shot.isEmpty()) QVERIFY(savePanel(panel, "slide-panel-" + shot + ".png"));
+        const QString project = savedText(w, file("drags.qpj"));
+        for (const QString& want : expected) QVERIFY2(project.contains(" " + want), qPrintable(want));
         while (undo.index() > before) undo.undo();
         QCOMPARE(text(w), original);
     }
@@ -688,23 +714,14 @@ private slots:
             paint("grey.png", [](QPainter& p) { p.fillRect(0, 0, 320, 240, QColor(40, 40, 40)); }),
             paint("yellow.png", [](QPainter& p) { p.fillRect(0, 0, 320, 240, Qt::yellow); })};
         MainWindow w;
-        w.resize(900, 900);
-        w.show();
-        QCOMPARE(w.insertPictures(photos, 0), 5);
+        SlidePanel* panel = openSlides(w, photos);
+        QVERIFY(panel);
         w.document().setDuration({0, 1, 2, 3, 4}, 2000);
-        SlidePanel* panel = w.slidePanel();
+        w.selectRows({0});
         PictureEditor* picture = panel->pictureEditor();
-        auto drag = [](QWidget* on, QPoint from, QPoint to) {
-            QTest::mousePress(on, Qt::LeftButton, {}, from);
-            QTest::mouseMove(on, (from + to) / 2);
-            QTest::mouseMove(on, to);
-            QTest::mouseRelease(on, Qt::LeftButton, {}, to);
-        };
         auto dragPicture = [&](QPointF from, QPointF to) {
             drag(picture->canvas(), picture->canvasPoint(from), picture->canvasPoint(to));
         };
-        w.selectRows({0});
-        w.slideProperties();
         picture->canvas()->setFixedSize(336, 256);
         panel->captionStage()->setFixedSize(328, 248);
         dragPicture({10, 10}, {150, 230});  // the red half only
@@ -748,42 +765,15 @@ private slots:
     // step, the panel shows the new value, and undo restores the text exactly.
     void showPanelFields() {
         MainWindow w;
-        w.resize(900, 1000);
-        w.show();
-        QCOMPARE(w.insertPictures({red_}, 0), 1);
-        w.showProperties();
-        ShowPanel* panel = w.showPanel();
-        QVERIFY(panel->isVisible());
-        QUndoStack& undo = w.document().undoStack();
-        auto check = [&](const QString& what, const std::function<void()>& set) {
-            const QString before = text(w);
-            const int steps = undo.count();
-            set();
-            QVERIFY2(undo.count() == steps + 1 && text(w) != before, qPrintable(what));
-            undo.undo();
-            QVERIFY2(text(w) == before, qPrintable(what));
-            undo.redo();
-        };
-        for (const QString& name : panel->formNames()) {
-            const OptionForm& form = *panel->form(name);
-            for (size_t i = 0; i < form.table().size(); ++i) {
-                const OptionSpec& row = form.table()[i];
-                const double now = form.control(i)->property("value").toDouble();
-                double v = row.kind == OptionKind::List    ? std::fmod(qobject_cast<QComboBox*>(form.control(i))->currentIndex() + 1, double(row.items.size()))
-                           : row.kind == OptionKind::Bool  ? !qobject_cast<QCheckBox*>(form.control(i))->isChecked()
-                           : row.kind == OptionKind::Color ? 0x123456
-                           : row.maxValue != now           ? row.maxValue
-                                                           : row.minValue;
-                check(name + " " + row.label, [&] { enter(form, i, v); });
-                if (row.kind == OptionKind::Integer) QCOMPARE(form.control(i)->property("value").toDouble(), v);
-            }
-        }
-        for (const QString& name : {"Click URL", "End target", "Preloader text", "Background image", "Frame pattern"})
-            check(name, [&] { typeInto(panel->textField(name), "x"); });
+        ShowPanel* panel = openShow(w, {red_});
+        QVERIFY(panel && panel->isVisible());
+        for (const QString& name : panel->formNames()) walkForm(w, *panel->form(name), name);
+        for (const char* name : {"Click URL", "End target", "Preloader text", "Background image", "Frame pattern"})
+            oneStep(w, name, [&] { typeInto(panel->textField(name), "x"); });
         // A control set brings its own size, which places it on the stage.
         QComboBox* sets = panel->controlSetChooser(false);
         QVERIFY2(sets->count() > 0, "no control sets drawn in the build");
-        check("control set", [&] { sets->setCurrentIndex(sets->count() - 1); });
+        oneStep(w, "control set", [&] { sets->setCurrentIndex(sets->count() - 1); });
         const ControlPlacement& placed = w.document().show().controls;
         QCOMPARE(QString::fromStdString(placed.controlSet), sets->currentText());
         QVERIFY(placed.width > 1 && placed.height > 1);
@@ -800,20 +790,19 @@ private slots:
         QTest::addColumn<QString>("typed");
         QTest::addColumn<QString>("saved");    // in the saved file; empty: refused
         QTest::addColumn<QString>("refusal");
-        FontRecord font;
+        auto font = [](const std::function<void(FontRecord&)>& change) {
+            FontRecord f;
+            change(f);
+            return QString("preload_font=\"%1\"").arg(f.toHex().c_str());
+        };
         QTest::newRow("left") << "bounds" << 0 << "12" << "show_bounds_left=\"12\"" << "";
         QTest::newRow("bottom") << "bounds" << 3 << "200" << "show_bounds_bottom=\"200\"" << "";
         QTest::newRow("right on left") << "bounds" << 2 << "0" << "" << "from 1 to 10000";
         QTest::newRow("top below bottom") << "bounds" << 1 << "241" << "" << "from 0 to 239";
         QTest::newRow("stage width") << "stage" << 0 << "400" << "show_bounds_right=\"400\"" << "";
-        font.height = -20;
-        QTest::newRow("text size") << "preloaderFont" << 0 << "20" << QString("preload_font=\"%1\"").arg(font.toHex().c_str()) << "";
-        font = FontRecord();
-        font.weight = 700;
-        QTest::newRow("bold") << "preloaderFont" << 1 << "1" << QString("preload_font=\"%1\"").arg(font.toHex().c_str()) << "";
-        font = FontRecord();
-        font.italic = 1;
-        QTest::newRow("italic") << "preloaderFont" << 2 << "1" << QString("preload_font=\"%1\"").arg(font.toHex().c_str()) << "";
+        QTest::newRow("text size") << "preloaderFont" << 0 << "20" << font([](FontRecord& f) { f.height = -20; }) << "";
+        QTest::newRow("bold") << "preloaderFont" << 1 << "1" << font([](FontRecord& f) { f.weight = 700; }) << "";
+        QTest::newRow("italic") << "preloaderFont" << 2 << "1" << font([](FontRecord& f) { f.italic = 1; }) << "";
         QTest::newRow("family") << "font" << 0 << "" << "preload_font_name=" << "";
     }
     void showBoundsAndPreloaderFont() {
@@ -823,25 +812,21 @@ private slots:
         QFETCH(QString, saved);
         QFETCH(QString, refusal);
         MainWindow w;
-        w.resize(900, 1000);
-        w.show();
-        QCOMPARE(w.insertPictures({red_}, 0), 1);
-        w.showProperties();
-        ShowPanel* panel = w.showPanel();
+        ShowPanel* panel = openShow(w, {red_});
+        QVERIFY(panel);
         QUndoStack& undo = w.document().undoStack();
         const QString before = text(w);
         const int steps = undo.count();
-        if (section == "font") {
-            QComboBox* fonts = panel->preloaderFontChooser();
-            QVERIFY2(fonts->count() > 1, "no installed fonts listed");
-            fonts->setCurrentIndex(fonts->currentIndex() == 0 ? 1 : 0);
-            saved += "\"" + fonts->currentText().toHtmlEscaped() + "\"";
-        } else {
-            const OptionForm* form = section == "bounds" ? panel->boundsForm() : panel->form(section);
-            QVERIFY(form);
-            enter(*form, size_t(row), typed.toDouble());
-        }
+        QComboBox* fonts = panel->preloaderFontChooser();
+        QVERIFY2(fonts->count() > 1, "no installed fonts listed");
+        const OptionForm* form = section == "font" ? nullptr : section == "bounds" ? panel->boundsForm() : panel->form(section);
+        QVERIFY(form || section == "font");
+        auto set = [&] {
+            if (form) enter(*form, size_t(row), typed.toDouble());
+            else fonts->setCurrentIndex(fonts->currentIndex() == 0 ? 1 : 0);
+        };
         if (saved.isEmpty()) {
+            set();
             QVERIFY2(panel->boundsMessage().contains(refusal), qPrintable(panel->boundsMessage()));
             QCOMPARE(undo.count(), steps);
             QCOMPARE(text(w), before);
@@ -850,16 +835,11 @@ private slots:
             QCOMPARE(panel->boundsForm()->control(size_t(row))->property("value").toInt(), kept);
             return;
         }
-        QCOMPARE(undo.count(), steps + 1);
+        oneStep(w, section, set);
         QVERIFY(panel->boundsMessage().isEmpty());
         if (section == "stage") QCOMPARE(panel->boundsForm()->control(2)->property("value").toInt(), 400);
-        QVERIFY(w.saveTo(file("bounds-font.qpj")));
-        QFile file(this->file("bounds-font.qpj"));
-        QVERIFY(file.open(QIODevice::ReadOnly));
-        const QString project = QString::fromUtf8(file.readAll());
-        QVERIFY2(project.contains(saved), qPrintable(saved));
-        undo.undo();
-        QCOMPARE(text(w), before);
+        if (!form) saved += "\"" + fonts->currentText().toHtmlEscaped() + "\"";
+        QVERIFY2(savedText(w, file("bounds-font.qpj")).contains(saved), qPrintable(saved));
     }
 
     // The sets are drawn from their movies: "Dark Bar" shows its translucent
@@ -921,36 +901,24 @@ private slots:
                 {{75, 70}, qRgba(0, 128, 0, 255), "inside the curve, moved and tinted"},
                 {{88, 70}, qRgba(0, 0, 0, 0), "outside the curve"},
                 {{75, 30}, qRgba(0, 0, 0, 0), "where the curve was before the move"}};
-            for (const auto& [at, want, what] : probes) {
-                const QRgb got = drawn.pixel(at);
-                QVERIFY2(near(got, qRed(want), qGreen(want), qBlue(want), qAlpha(want)),
-                         qPrintable(QString("%1: #%2").arg(what).arg(got, 8, 16, QChar('0'))));
-            }
+            for (const auto& [at, want, what] : probes)
+                QVERIFY2(near(drawn.pixel(at), qRed(want), qGreen(want), qBlue(want), qAlpha(want)), what);
         }
 
         // Broken sets beside a good one, in a folder of their own.
         QTemporaryDir sets;
         QDir(sets.path()).mkpath("Controls");
         const QString folder = sets.filePath("Controls/");
-        QVERIFY(QFile::copy(QString::fromStdString(FindControlsFolder(ControlKind::Playback)) + "/Dark Bar.swf",
-                            folder + "Dark Bar.swf"));
-        QFile good(folder + "Dark Bar.swf");
-        QVERIFY(good.open(QIODevice::ReadOnly));
-        const QByteArray whole = good.readAll();
+        const QByteArray whole = contents(QString::fromStdString(FindControlsFolder(ControlKind::Playback)) + "/Dark Bar.swf");
+        QVERIFY(writeFile(folder + "Dark Bar.swf", whole));
         const std::pair<const char*, QByteArray> broken[] = {
             {"Cut", whole.left(whole.size() / 2)}, {"Noise", QByteArray(300, '\x5a')}, {"Empty", QByteArray()}};
-        for (const auto& [name, bytes] : broken) {
-            QFile out(folder + name + ".swf");
-            QVERIFY(out.open(QIODevice::WriteOnly));
-            out.write(bytes);
-        }
+        for (const auto& [name, bytes] : broken) QVERIFY(writeFile(folder + name + ".swf", bytes));
         const QByteArray oldFolder = qgetenv("QUILLET_CONTROLS_DIR");
         qputenv("QUILLET_CONTROLS_DIR", sets.path().toUtf8());
         {
             MainWindow w;
-            w.resize(900, 1000);
-            w.show();
-            w.showProperties();
+            QVERIFY(openShow(w, {}));
             QComboBox* chooser = w.showPanel()->controlSetChooser(false);
             QCOMPARE(chooser->count(), 4);
             for (const auto& [name, bytes] : broken) {
@@ -965,13 +933,11 @@ private slots:
         qputenv("QUILLET_CONTROLS_DIR", oldFolder);
 
         MainWindow w;
-        w.resize(900, 1000);
-        w.show();
-        QCOMPARE(w.insertPictures({red_}, 0), 1);
-        w.showProperties();
-        w.showPanel()->controlSetChooser(false)->setCurrentIndex(w.showPanel()->controlSetChooser(false)->findText("Dark Bar"));
-        w.showPanel()->controlSetChooser(true)->setCurrentIndex(0);
-        QVERIFY(savePanel(w.showPanel(), "show-panel-set-pictures.png"));
+        ShowPanel* panel = openShow(w, {red_});
+        QVERIFY(panel);
+        panel->controlSetChooser(false)->setCurrentIndex(panel->controlSetChooser(false)->findText("Dark Bar"));
+        panel->controlSetChooser(true)->setCurrentIndex(0);
+        QVERIFY(savePanel(panel, "show-panel-set-pictures.png"));
     }
 
     // Captions and sounds, of one slide and of the whole show: every field is
@@ -986,50 +952,24 @@ private slots:
     void captionAndSoundFields() {
         QFETCH(bool, ofShow);
         MainWindow w;
-        w.resize(900, 1000);
-        w.show();
-        QCOMPARE(w.insertPictures({red_}, 0), 1);
-        w.selectRows({0});
-        ofShow ? w.showProperties() : w.slideProperties();
+        QVERIFY(ofShow ? openShow(w, {red_}) != nullptr : openSlides(w, {red_}, {0}, 1000) != nullptr);
         CaptionEditor* captions = ofShow ? w.showPanel()->captionEditor() : w.slidePanel()->captionEditor();
         SoundEditor* sound = ofShow ? w.showPanel()->musicEditor() : w.slidePanel()->soundEditor();
         const SlideShow& show = w.document().show();
         const Slide& slide = *show.slideAt(0);
         const CaptionList& captionList = ofShow ? show.captions : slide.captions;
         const SlideSound& soundData = ofShow ? show.sound : slide.sound;
-        QUndoStack& undo = w.document().undoStack();
-        auto check = [&](const QString& what, const std::function<void()>& set) {
-            const QString before = text(w);
-            const int steps = undo.count();
-            set();
-            QVERIFY2(undo.count() == steps + 1 && text(w) != before, qPrintable(what));
-            undo.undo();
-            QVERIFY2(text(w) == before, qPrintable(what));
-            undo.redo();
-        };
-        auto walk = [&](const OptionForm& form) {
-            for (size_t i = 0; i < form.table().size(); ++i) {
-                const OptionSpec& row = form.table()[i];
-                const double now = form.control(i)->property("value").toDouble();
-                double v = row.kind == OptionKind::List    ? std::fmod(qobject_cast<QComboBox*>(form.control(i))->currentIndex() + 1, double(row.items.size()))
-                           : row.kind == OptionKind::Bool  ? !qobject_cast<QCheckBox*>(form.control(i))->isChecked()
-                           : row.kind == OptionKind::Color ? 0x123456
-                           : row.maxValue != now           ? row.maxValue
-                                                           : row.minValue;
-                check(row.label, [&] { enter(form, i, v); });
-            }
-        };
         // A new caption takes the default font of its kind.
         AppSettings& settings = AppSettings::current();
         (ofShow ? settings.defaultShowFontName : settings.defaultSlideFontName) = "DejaVu Serif";
         (ofShow ? settings.defaultShowFont : settings.defaultSlideFont).weight = 700;
-        check("add caption", [&] { captions->addCaption(); });
+        oneStep(w, "add caption", [&] { captions->addCaption(); });
         settings.resetToDefaults();
         QCOMPARE(captions->list()->currentRow(), 0);
         QCOMPARE(captionList.items.at(0).fontName, std::string("DejaVu Serif"));
         QVERIFY(captionList.items.at(0).bold);
-        walk(*captions->form());
-        check("caption text", [&] {
+        walkForm(w, *captions->form());
+        oneStep(w, "caption text", [&] {
             captions->textField()->setFocus();
             captions->textField()->setPlainText("Evening & morning");
             QFocusEvent out(QEvent::FocusOut);
@@ -1037,28 +977,28 @@ private slots:
         });
         QComboBox* fonts = captions->fontChooser();
         QVERIFY2(fonts->count() > 1, "no installed fonts listed");
-        check("caption font", [&] { fonts->setCurrentIndex(fonts->currentIndex() == 0 ? 1 : 0); });
-        check("second caption", [&] { captions->addCaption(); });
-        check("caption order", [&] {
+        oneStep(w, "caption font", [&] { fonts->setCurrentIndex(fonts->currentIndex() == 0 ? 1 : 0); });
+        oneStep(w, "second caption", [&] { captions->addCaption(); });
+        oneStep(w, "caption order", [&] {
             captions->list()->setCurrentRow(1);
             captions->moveCaption(-1);
         });
         QCOMPARE(captionList.items.at(1).text, std::string("Evening & morning"));
 
-        check("add sound", [&] { sound->addSound(file("tone.wav")); });
+        oneStep(w, "add sound", [&] { sound->addSound(file("tone.wav")); });
         QVERIFY(soundData.include);
-        walk(*sound->form("switches"));
+        walkForm(w, *sound->form("switches"));
         const OptionForm& clip = *sound->form("clip");
-        walk(clip);
+        walkForm(w, clip);
         auto* quality = qobject_cast<QComboBox*>(clip.control(6));
         QVERIFY(quality);
-        check("preset", [&] { quality->setCurrentIndex(quality->findText("Speech/Voice")); });
+        oneStep(w, "preset", [&] { quality->setCurrentIndex(quality->findText("Speech/Voice")); });
         QCOMPARE(std::pair(soundData.sounds.at(0).sampleRate, soundData.sounds.at(0).bitRate), std::pair(11025, 32));
         QVERIFY(text(w).contains("sample_rate=\"11025\" bit_rate=\"32\""));
         // Two presets with the same values: the one chosen stays shown.
         quality->setCurrentIndex(quality->findText("Near-CD Quality"));
         QCOMPARE(quality->currentText(), QString("Near-CD Quality"));
-        check("bit rate", [&] { typeInto(clip.control(8), "40"); });
+        oneStep(w, "bit rate", [&] { typeInto(clip.control(8), "40"); });
         QCOMPARE(quality->currentText(), QString("Custom"));
         if (!ofShow) QVERIFY(savePanel(w.slidePanel(), "slide-panel-captions-sound.png"));
         else QVERIFY(savePanel(w.showPanel(), "show-panel-captions-music.png"));
@@ -1112,8 +1052,6 @@ private slots:
         MainWindow w;
         w.document().setShowSettings({640, 480, 12.0f, 0});
         QUndoStack& undo = w.document().undoStack();
-        const QString before = text(w);
-        const int steps = undo.count();
         PublishDialog dialog(w.document());
         typeInto(dialog.baseName(), "Holiday");
         QCOMPARE(dialog.targetName(2)->text(), QString("Holiday.html"));
@@ -1128,16 +1066,12 @@ private slots:
         typeInto(dialog.playersFolder(), file("players"));
         dialog.resize(dialog.sizeHint());
         QVERIFY(dialog.grab().save(QString(QUILLET_ARTEFACTS_DIR) + "/publish-settings.png"));
-        QVERIFY(dialog.apply());
-        QCOMPARE(undo.count(), steps + 1);
-        const QString after = text(w);
+        oneStep(w, "publish settings", [&] { QVERIFY(dialog.apply()); });
+        const int steps = undo.count();
         for (const char* part : {"default_base_filename=\"Holiday\"", "filename=\"Holiday.html\"", "orig_width=\"640\"",
                                  "fullscreen=\"true\""})
-            QVERIFY2(after.contains(part), part);
+            QVERIFY2(text(w).contains(part), part);
         QCOMPARE(QString::fromStdString(AppSettings::current().publishPlayersPath), file("players"));
-        undo.undo();
-        QCOMPARE(text(w), before);
-        undo.redo();
 
         PreferencesDialog prefs;
         enter(*prefs.form(), 0, 55);
@@ -1146,7 +1080,7 @@ private slots:
         typeInto(prefs.textField("Player download"), "https://example.org/player");
         QVERIFY(prefs.grab().save(QString(QUILLET_ARTEFACTS_DIR) + "/preferences.png"));
         QVERIFY(prefs.apply());
-        QCOMPARE(undo.count(), steps + 1);
+        QCOMPARE(undo.count(), steps);
         AppSettings saved;
         QVERIFY(saved.load());
         QCOMPARE(saved.defaultImageQuality, 55);
@@ -1182,12 +1116,8 @@ private slots:
         QFETCH(QString, keyword);
         QFETCH(bool, quality);
         MainWindow w;
-        w.resize(900, 900);
-        w.show();
-        QCOMPARE(w.insertPictures({red_}, 0), 1);
-        w.selectRows({0});
-        w.slideProperties();
-        SlidePanel* panel = w.slidePanel();
+        SlidePanel* panel = openSlides(w, {red_});
+        QVERIFY(panel);
         auto* types = qobject_cast<QComboBox*>(panel->form("picture")->control(0));
         QVERIFY(types);
         QCOMPARE(types->count(), 7);
@@ -1212,10 +1142,7 @@ private slots:
             QCOMPARE(types->currentText(), label);
         }
         QCOMPARE(panel->form("picture")->control(1)->isEnabled(), quality);
-        QVERIFY(w.saveTo(file("types.qpj")));
-        QFile saved(file("types.qpj"));
-        QVERIFY(saved.open(QIODevice::ReadOnly));
-        QVERIFY(QString::fromUtf8(saved.readAll()).contains(QString(R"(image_type="%1")").arg(keyword)));
+        QVERIFY(savedText(w, file("types.qpj")).contains(QString(R"(image_type="%1")").arg(keyword)));
     }
 
     // The filtered picture follows every filter and picture edit, filters in
@@ -1228,12 +1155,8 @@ private slots:
         QPainter(&halves).fillRect(200, 0, 200, 200, QColor(30, 60, 90));
         QVERIFY(halves.save(file("halves.png")));
         MainWindow w;
-        w.resize(900, 900);
-        w.show();
-        QCOMPARE(w.insertPictures({file("halves.png")}, 0), 1);
-        w.selectRows({0});
-        w.slideProperties();
-        SlidePanel* panel = w.slidePanel();
+        SlidePanel* panel = openSlides(w, {file("halves.png")});
+        QVERIFY(panel);
         FilterPreview* preview = panel->filterPreview();
         QComboBox* chooser = panel->effectChooser("filters");
         auto add = [&](const char* name) {
@@ -1261,13 +1184,12 @@ private slots:
             step();
             QVERIFY2(QTest::qWaitFor([&] { return !preview->busy(); }, 5000), name);
             const QImage shown = preview->picture();
-            QVERIFY2(shown.size() == size, qPrintable(QString("%1: %2x%3").arg(name).arg(shown.width()).arg(shown.height())));
+            QVERIFY2(shown.size() == size, name);
             // A quarter of the way along the longer side, mid-way across.
             const QColor at = shown.pixelColor(size.width() > size.height() ? QPoint(size.width() / 4, size.height() / 2)
                                                                              : QPoint(size.width() / 2, size.height() / 4));
             QVERIFY2(std::abs(at.red() - colour.red()) <= 2 && std::abs(at.green() - colour.green()) <= 2 &&
-                         std::abs(at.blue() - colour.blue()) <= 2,
-                     qPrintable(QString("%1: %2, wanted %3").arg(name, at.name(), colour.name())));
+                         std::abs(at.blue() - colour.blue()) <= 2, qPrintable(name + (": " + at.name())));
         }
         // A real photo, for the eye: artefacts/slide-panel-filtered-picture.png.
         const QString photo = "/usr/share/backgrounds/mate/nature/LadyBird.jpg";
@@ -1278,7 +1200,6 @@ private slots:
         add("Raise Borders");
         QVERIFY(QTest::qWaitFor([&] { return !preview->busy(); }, 10000));
         QVERIFY(!preview->picture().isNull());
-        QDir().mkpath(QUILLET_ARTEFACTS_DIR);
         QVERIFY(preview->parentWidget()->grab().save(QString(QUILLET_ARTEFACTS_DIR) + "/slide-panel-filtered-picture.png"));
     }
 
@@ -1290,10 +1211,7 @@ private slots:
         for (int q = 0; q < 4; ++q) QPainter(&quad).fillRect((q % 2) * 40, (q / 2) * 30, 40, 30, colours[q]);
         QVERIFY(quad.save(file("quad.png")));
         MainWindow w;
-        w.show();
-        QCOMPARE(w.insertPictures({file("quad.png")}, 0), 1);
-        w.selectRows({0});
-        w.slideProperties();
+        QVERIFY(openSlides(w, {file("quad.png")}));
         PictureEditor* editor = w.slidePanel()->pictureEditor();
         const QList<QList<std::function<void()>>> sequences = {
             {[&] { editor->rotate(90); }},
@@ -1315,9 +1233,7 @@ private slots:
             for (int q = 0; q < 4; ++q) {
                 const int x = int(movie.width) * (1 + 2 * (q % 2)) / 4, y = int(movie.height) * (1 + 2 * (q / 2)) / 4;
                 const uint8_t* p = movie.pixels.row(uint32_t(y)) + x * 3;
-                QVERIFY2(shown.pixelColor(x, y) == QColor(p[0], p[1], p[2]),
-                         qPrintable(QString("sequence %1, quarter %2: shown %3, stored %4")
-                                        .arg(n).arg(q).arg(shown.pixelColor(x, y).name(), QColor(p[0], p[1], p[2]).name())));
+                QVERIFY2(shown.pixelColor(x, y) == QColor(p[0], p[1], p[2]), qPrintable(QString("sequence %1, quarter %2").arg(n).arg(q)));
             }
             // A crop drawn over the shown picture's top-left quarter stores that quarter.
             const QColor topLeft = shown.pixelColor(int(movie.width) / 4, int(movie.height) / 4);
@@ -1329,8 +1245,7 @@ private slots:
             for (uint32_t y : {0u, quarter.height - 1})
                 for (uint32_t x : {0u, quarter.width - 1}) {
                     const uint8_t* p = quarter.pixels.row(y) + x * 3;
-                    QVERIFY2(QColor(p[0], p[1], p[2]) == topLeft, qPrintable(QString("sequence %1: cropped corner %2")
-                                                                                .arg(n).arg(QColor(p[0], p[1], p[2]).name())));
+                    QVERIFY2(QColor(p[0], p[1], p[2]) == topLeft, qPrintable(QString("sequence %1: cropped corner").arg(n)));
                 }
             undo.setIndex(upright);
         }
@@ -1340,7 +1255,6 @@ private slots:
     void demoWindowAndPreview() {
         if (offscreen()) QSKIP("the web view needs a display (run under Xvfb)");
         const QString artefacts = QUILLET_ARTEFACTS_DIR;
-        QDir().mkpath(artefacts);
         MainWindow w;
         w.resize(720, 560);
         w.show();
@@ -1355,22 +1269,24 @@ private slots:
         QVERIFY(preview && preview->isVisible());
         QCOMPARE(preview->windowTitle(), QString(kPreviewTitle));
         QTRY_VERIFY_WITH_TIMEOUT(preview->loaded(), 20000);
+        // Of a fresh shot of `view` (null: the last shot), the pixels looked at
+        // (every 8th across and down) that are `is`: how many, or what share in per cent.
+        QImage shot;
+        auto count = [&shot](QWidget* view, const std::function<bool(QColor)>& is, bool percent) {
+            if (view) shot = view->screen()->grabWindow(view->winId()).toImage();
+            int n = 0, total = 0;
+            for (int y = 0; y < shot.height(); y += 8)
+                for (int x = 0; x < shot.width(); x += 8, ++total) n += is(shot.pixelColor(x, y));
+            return percent ? n * 100 / std::max(total, 1) : n;
+        };
+        const auto green = [](QColor c) { return c.green() > c.red() + 20 && c.green() > c.blue() + 20; };
+        const auto red = [](QColor c) { return c.red() > 180 && c.blue() < 80; };
+        const auto blue = [](QColor c) { return c.blue() > 180 && c.red() < 80; };
         // Slide 1 (a green meadow) has faded in after a second; wait for the
         // picture's greens to cover much of the view.
-        QImage shot;
-        auto greenShare = [&] {
-            shot = preview->screen()->grabWindow(preview->winId()).toImage();
-            int green = 0, total = 0;
-            for (int y = 0; y < shot.height(); y += 8)
-                for (int x = 0; x < shot.width(); x += 8, ++total) {
-                    const QColor c = shot.pixelColor(x, y);
-                    if (c.green() > c.red() + 20 && c.green() > c.blue() + 20) ++green;
-                }
-            return total ? green * 100 / total : 0;
-        };
-        QTRY_VERIFY_WITH_TIMEOUT(greenShare() > 30, 20000);
+        QTRY_VERIFY_WITH_TIMEOUT(count(preview, green, true) > 30, 20000);
         QTest::qWait(1500);  // the fade and the caption are done
-        QVERIFY(greenShare() > 30);
+        QVERIFY(count(preview, green, true) > 30);
         QVERIFY(shot.save(artefacts + "/preview.png"));
         // Again from the third slide: the prepared pictures come from the cache.
         QElapsedTimer clock;
@@ -1389,33 +1305,12 @@ private slots:
         QVERIFY(panel->previewTransition());
         PreviewWindow* small = panel->transitionPreview();
         QTRY_VERIFY_WITH_TIMEOUT(small->loaded(), 20000);
-        auto both = [&] {
-            shot = small->screen()->grabWindow(small->winId()).toImage();
-            int red = 0, blue = 0;
-            for (int y = 0; y < shot.height(); y += 8)
-                for (int x = 0; x < shot.width(); x += 8) {
-                    const QColor c = shot.pixelColor(x, y);
-                    red += c.red() > 180 && c.blue() < 80;
-                    blue += c.blue() > 180 && c.red() < 80;
-                }
-            return red > 10 && blue > 10;
-        };
-        QTRY_VERIFY_WITH_TIMEOUT(both(), 20000);
+        QTRY_VERIFY_WITH_TIMEOUT(count(small, red, false) > 10 && count(nullptr, blue, false) > 10, 20000);
         QVERIFY(shot.save(artefacts + "/transition-preview.png"));
         // It plays on: blue alone (the hold), then red again for the next pass
         // (about a sixth of each picture is random dots).
-        auto share = [&](bool red) {
-            shot = small->screen()->grabWindow(small->winId()).toImage();
-            int n = 0, total = 0;
-            for (int y = 0; y < shot.height(); y += 8)
-                for (int x = 0; x < shot.width(); x += 8, ++total) {
-                    const QColor c = shot.pixelColor(x, y);
-                    n += red ? c.red() > 180 && c.blue() < 80 : c.blue() > 180 && c.red() < 80;
-                }
-            return total ? n * 100 / total : 0;
-        };
-        QTRY_VERIFY_WITH_TIMEOUT(share(false) > 60, 20000);
-        QTRY_VERIFY_WITH_TIMEOUT(share(true) > 60, 20000);
+        QTRY_VERIFY_WITH_TIMEOUT(count(small, blue, true) > 60, 20000);
+        QTRY_VERIFY_WITH_TIMEOUT(count(small, red, true) > 60, 20000);
     }
 
     // The caption stage lays captions out as the movie does: each box stands
@@ -1430,15 +1325,8 @@ private slots:
         QVERIFY(show.append(std::move(blank)));
         auto caption = [](const char* text, const char* font, int size, uint32_t colour, int h, int v, bool toStage, int x, int y) {
             Caption c;
-            c.text = text;
-            c.fontName = font;
-            c.fontSize = size;
-            c.color = colour;
-            c.hAlign = h;
-            c.vAlign = v;
-            c.alignToDoc = toStage;
-            c.x = x;
-            c.y = y;
+            std::tie(c.text, c.fontName, c.fontSize, c.color, c.hAlign, c.vAlign, c.alignToDoc, c.x, c.y) =
+                std::tuple(text, font, size, colour, h, v, toStage, x, y);
             return c;
         };
         // Red: centred, bold, tracked; green: two italic lines with leading,
@@ -1492,9 +1380,8 @@ private slots:
                     if (mine > 60 && c.red() + c.green() + c.blue() - mine < 40) drawn |= QRect(x - 4, y - 4, 1, 1);
                 }
             const QRectF want = ink[i];
-            const QString why = QString("caption %1: drawn %2,%3 %4x%5, the movie's outlines %6,%7 %8x%9").arg(i)
-                .arg(drawn.x()).arg(drawn.y()).arg(drawn.width()).arg(drawn.height())
-                .arg(want.x()).arg(want.y()).arg(want.width()).arg(want.height());
+            QString why;
+            QDebug(&why) << "caption" << i << "drawn" << drawn << "the movie's outlines" << want;
             QVERIFY2(std::abs(drawn.left() - want.left()) < 1 && std::abs(drawn.right() + 1 - want.right()) < 1 &&
                      std::abs(drawn.top() - want.top()) < 1 && std::abs(drawn.bottom() + 1 - want.bottom()) < 1, qPrintable(why));
         }
