@@ -277,7 +277,6 @@ private slots:
             QVERIFY2(texts.last() != texts[texts.size() - 2], name);
         }
         QCOMPARE(sources(w), QStringList({"green.jpg", "red.jpg", "red.jpg", "red.jpg", "green.jpg"}));
-        QCOMPARE(w.statusText(), QString::fromStdString(w.document().show().statusText()));
         QVERIFY(w.windowTitle().startsWith("Quillet: Untitled"));
         QUndoStack& undo = w.document().undoStack();
         for (int i = texts.size() - 2; i >= 0; --i) {
@@ -517,14 +516,12 @@ private slots:
         int steps = undo.count();
         for (size_t i = 0; i < table.size(); ++i) {
             const OptionSpec& row = table[i];
-            double v = row.defaultValue;
-            switch (row.kind) {
-                case OptionKind::List: v = std::fmod(row.defaultValue + 1, double(row.items.size())); break;
-                case OptionKind::Bool: v = row.defaultValue != 0 ? 0 : 1; break;
-                case OptionKind::Color: v = 0x123456; break;
-                default: v = row.maxValue < 1e6 ? row.maxValue : row.defaultValue + 3; break;
-            }
-            if (!form->control(i)) v = row.defaultValue;  // set elsewhere (a move is drawn on the picture)
+            const double v = !form->control(i) ? row.defaultValue  // set elsewhere (a move is drawn on the picture)
+                             : row.kind == OptionKind::List  ? std::fmod(row.defaultValue + 1, double(row.items.size()))
+                             : row.kind == OptionKind::Bool  ? double(row.defaultValue == 0)
+                             : row.kind == OptionKind::Color ? 0x123456
+                             : row.maxValue < 1e6            ? row.maxValue
+                                                             : row.defaultValue + 3;
             want.push_back(v);
             if (v == row.defaultValue) continue;
             const bool number = row.kind == OptionKind::Integer || row.kind == OptionKind::Real;
@@ -601,27 +598,6 @@ private slots:
             QVERIFY(w.slideModel()->index(i).data().toString().endsWith("(4.50 sec)"));
         }
         QCOMPARE(w.statusText(), QString::fromStdString(show.statusText()));
-        // One slide's filters: two added, the second moved up; undo puts the order back.
-        w.selectRows({0});
-        QComboBox* chooser = panel->effectChooser("filters");
-        auto names = [&] {
-            QStringList out;
-            for (const auto& f : show.slideAt(0)->imageFilters()) out << QString::fromStdString(f->name());
-            return out;
-        };
-        chooser->setCurrentIndex(0);
-        panel->addEffect("filters");
-        chooser->setCurrentIndex(1);
-        panel->addEffect("filters");
-        const QStringList added = {chooser->itemText(0), chooser->itemText(1)};
-        QCOMPARE(names(), added);
-        panel->moveEffect("filters", -1);
-        QCOMPARE(names(), QStringList({added[1], added[0]}));
-        QCOMPARE(panel->effectList("filters")->currentRow(), 0);
-        QVERIFY(savePanel(panel, "slide-panel-filters.png"));
-        undo.undo();
-        QCOMPARE(names(), added);
-        QCOMPARE(panel->effectList("filters")->count(), 2);
     }
 
     // Gestures on the picture and the stage preview of a 320x240 photo on a
@@ -767,6 +743,9 @@ private slots:
         MainWindow w;
         ShowPanel* panel = openShow(w, {red_});
         QVERIFY(panel && panel->isVisible());
+        panel->controlSetChooser(false)->setCurrentIndex(panel->controlSetChooser(false)->findText("Dark Bar"));
+        panel->controlSetChooser(true)->setCurrentIndex(0);
+        QVERIFY(savePanel(panel, "show-panel-set-pictures.png"));
         for (const QString& name : panel->formNames()) walkForm(w, *panel->form(name), name);
         for (const char* name : {"Click URL", "End target", "Preloader text", "Background image", "Frame pattern"})
             oneStep(w, name, [&] { typeInto(panel->textField(name), "x"); });
@@ -932,12 +911,6 @@ private slots:
         }
         qputenv("QUILLET_CONTROLS_DIR", oldFolder);
 
-        MainWindow w;
-        ShowPanel* panel = openShow(w, {red_});
-        QVERIFY(panel);
-        panel->controlSetChooser(false)->setCurrentIndex(panel->controlSetChooser(false)->findText("Dark Bar"));
-        panel->controlSetChooser(true)->setCurrentIndex(0);
-        QVERIFY(savePanel(panel, "show-panel-set-pictures.png"));
     }
 
     // Captions and sounds, of one slide and of the whole show: every field is
@@ -993,7 +966,6 @@ private slots:
         auto* quality = qobject_cast<QComboBox*>(clip.control(6));
         QVERIFY(quality);
         oneStep(w, "preset", [&] { quality->setCurrentIndex(quality->findText("Speech/Voice")); });
-        QCOMPARE(std::pair(soundData.sounds.at(0).sampleRate, soundData.sounds.at(0).bitRate), std::pair(11025, 32));
         QVERIFY(text(w).contains("sample_rate=\"11025\" bit_rate=\"32\""));
         // Two presets with the same values: the one chosen stays shown.
         quality->setCurrentIndex(quality->findText("Near-CD Quality"));
@@ -1145,10 +1117,10 @@ private slots:
         QVERIFY(savedText(w, file("types.qpj")).contains(QString(R"(image_type="%1")").arg(keyword)));
     }
 
-    // The filtered picture follows every filter and picture edit, filters in
-    // list order before the flip and the turn, as the exporter prepares it:
-    // a 400x200 picture, light on the left half, dark blue-grey on the right,
-    // shown at its size on the 320x240 stage.
+    // The filtered picture follows every filter and picture edit and its undo,
+    // filters in list order before the flip and the turn, as the exporter
+    // prepares it: a 400x200 picture, light on the left half, dark blue-grey
+    // on the right, shown at its size on the 320x240 stage.
     void filteredPicture() {
         QImage halves(400, 200, QImage::Format_RGB32);
         halves.fill(QColor(200, 200, 200));
@@ -1165,13 +1137,19 @@ private slots:
             panel->addEffect("filters");
         };
         auto* types = qobject_cast<QComboBox*>(panel->form("picture")->control(0));
+        QUndoStack& undo = w.document().undoStack();
         // Solarize inverts channels above 50; Grayscale is (3R + 4G + 2B) / 9.
         const QList<std::tuple<const char*, std::function<void()>, QSize, QColor>> steps = {
             {"unfiltered", [] {}, {320, 160}, QColor(200, 200, 200)},
             {"flipped", [&] { panel->pictureEditor()->flip(true); }, {320, 160}, QColor(30, 60, 90)},
             {"Solarize", [&] { add("Solarize"); }, {320, 160}, QColor(30, 195, 165)},
             {"then Grayscale", [&] { add("Grayscale"); }, {320, 160}, QColor(133, 133, 133)},
-            {"Grayscale first", [&] { panel->moveEffect("filters", -1); }, {320, 160}, QColor(199, 199, 199)},
+            {"Grayscale first", [&] {
+                 panel->moveEffect("filters", -1);
+                 QCOMPARE(panel->effectList("filters")->currentRow(), 0);
+             }, {320, 160}, QColor(199, 199, 199)},
+            {"move undone", [&] { undo.undo(); }, {320, 160}, QColor(133, 133, 133)},
+            {"and redone", [&] { undo.redo(); }, {320, 160}, QColor(199, 199, 199)},
             {"turned right", [&] { panel->pictureEditor()->rotate(90); }, {120, 240}, QColor(199, 199, 199)},
             {"file as it is", [&] { types->setCurrentIndex(types->findText("Jpeg Import Data")); }, {320, 160},
              QColor(200, 200, 200)},
@@ -1179,7 +1157,8 @@ private slots:
                  types->setCurrentIndex(types->findText("Jpeg"));
                  panel->effectList("filters")->setCurrentRow(1);
                  panel->removeEffect("filters");
-             }, {120, 240}, QColor(56, 56, 56)}};
+             }, {120, 240}, QColor(56, 56, 56)},
+            {"removal undone", [&] { undo.undo(); }, {120, 240}, QColor(199, 199, 199)}};
         for (const auto& [name, step, size, colour] : steps) {
             step();
             QVERIFY2(QTest::qWaitFor([&] { return !preview->busy(); }, 5000), name);
@@ -1191,6 +1170,8 @@ private slots:
             QVERIFY2(std::abs(at.red() - colour.red()) <= 2 && std::abs(at.green() - colour.green()) <= 2 &&
                          std::abs(at.blue() - colour.blue()) <= 2, qPrintable(name + (": " + at.name())));
         }
+        QCOMPARE(panel->effectList("filters")->count(), 2);
+        QVERIFY(savePanel(panel, "slide-panel-filters.png"));
         // A real photo, for the eye: artefacts/slide-panel-filtered-picture.png.
         const QString photo = "/usr/share/backgrounds/mate/nature/LadyBird.jpg";
         if (!QFileInfo::exists(photo)) return;
@@ -1323,22 +1304,16 @@ private slots:
         std::unique_ptr<Slide> blank = show.createSlide(SlideType::Blank);
         Slide* slide = blank.get();
         QVERIFY(show.append(std::move(blank)));
-        auto caption = [](const char* text, const char* font, int size, uint32_t colour, int h, int v, bool toStage, int x, int y) {
-            Caption c;
-            std::tie(c.text, c.fontName, c.fontSize, c.color, c.hAlign, c.vAlign, c.alignToDoc, c.x, c.y) =
-                std::tuple(text, font, size, colour, h, v, toStage, x, y);
-            return c;
-        };
         // Red: centred, bold, tracked; green: two italic lines with leading,
         // right and bottom at a point; blue: a font that is not installed.
-        Caption red = caption("Centred, bold", "DejaVu Sans", 20, 0x0000FF, Caption::HCenter, Caption::VCenter, true, 10, -40);
-        red.bold = true;
-        red.tracking = 3;
-        Caption green = caption("Two lines\nright, italic", "DejaVu Serif", 15, 0x00FF00, Caption::Right, Caption::Bottom, false, 300, 225);
-        green.italic = true;
-        green.leading = 6;
-        Caption blue = caption("Fallback", "Nowhere Sans", 14, 0xFF0000, Caption::Left, Caption::Top, true, 12, 8);
-        blue.tracking = -1;
+        Caption red, green, blue;
+        std::tie(red.text, red.fontName, red.fontSize, red.bold, red.tracking, red.color, red.hAlign, red.vAlign, red.x, red.y) =
+            std::tuple("Centred, bold", "DejaVu Sans", 20, true, 3, 0x0000FF, Caption::HCenter, Caption::VCenter, 10, -40);
+        std::tie(green.text, green.fontName, green.fontSize, green.italic, green.leading, green.color, green.hAlign,
+                 green.vAlign, green.x, green.y, green.alignToDoc) =
+            std::tuple("Two lines\nright, italic", "DejaVu Serif", 15, true, 6, 0x00FF00, Caption::Right, Caption::Bottom, 300, 225, false);
+        std::tie(blue.text, blue.fontName, blue.fontSize, blue.tracking, blue.color, blue.hAlign, blue.vAlign, blue.x, blue.y) =
+            std::tuple("Fallback", "Nowhere Sans", 14, -1, 0xFF0000, Caption::Left, Caption::Top, 12, 8);
         slide->captions.items = {red, green, blue};
         const QString movie = file("stage-captions.swf");
         const ExportResult exported = MovieExporter(show).ExportMovie(movie.toStdString());
