@@ -447,17 +447,14 @@ private slots:
 
     // A long show opens to a usable window at once; thumbnails follow.
     void thousandSlides() {
-        {
-            SlideShow show;
-            PublishSettings publish;
-            const QString pics[] = {red_, green_, blue_};
-            for (int i = 0; i < 1000; ++i) {
-                auto slide = show.createSlide(SlideType::Image);
-                slide->image.src = pics[i % 3].toStdString();
-                show.append(std::move(slide));
-            }
-            QVERIFY(SaveProject(file("thousand.qpj").toStdString(), show, publish));
+        SlideShow show;
+        const QString pics[] = {red_, green_, blue_};
+        for (int i = 0; i < 1000; ++i) {
+            auto slide = show.createSlide(SlideType::Image);
+            slide->image.src = pics[i % 3].toStdString();
+            show.append(std::move(slide));
         }
+        QVERIFY(SaveProject(file("thousand.qpj").toStdString(), show, PublishSettings()));
         QElapsedTimer clock;
         clock.start();
         MainWindow w;
@@ -606,16 +603,15 @@ private slots:
     void pictureAndCaptionDrags_data() {
         QTest::addColumn<QStringList>("gestures");
         QTest::addColumn<QStringList>("expected");
-        QTest::addRow("crop drawn") << QStringList{"drag 40 30 200 150"}
-            << QStringList{R"(crop="true")", R"(crop_left="40")", R"(crop_top="30")", R"(crop_right="200")", R"(crop_bottom="150")"};
         QTest::addRow("crop moved, kept on the picture") << QStringList{"drag 40 30 200 150", "drag 100 100 300 60"}
             << QStringList{R"(crop_left="160")", R"(crop_top="0")", R"(crop_right="320")", R"(crop_bottom="120")"};
         QTest::addRow("crop corner dragged past the edge") << QStringList{"drag 40 30 200 150", "drag 200 150 400 300"}
             << QStringList{R"(crop_left="40")", R"(crop_top="30")", R"(crop_right="320")", R"(crop_bottom="240")"};
         QTest::addRow("crop turned right") << QStringList{"drag 40 30 200 150", "rotate 90"}
             << QStringList{R"(rotate="90")", R"(crop_left="90")", R"(crop_top="40")", R"(crop_right="210")", R"(crop_bottom="200")"};
-        QTest::addRow("flipped") << QStringList{"drag 40 30 200 150", "flip"}
-            << QStringList{R"(flip_horizontal="true")", R"(crop_left="40")", R"(crop_right="200")"};
+        QTest::addRow("crop drawn, flipped") << QStringList{"drag 40 30 200 150", "flip"}
+            << QStringList{R"(flip_horizontal="true")", R"(crop="true")", R"(crop_left="40")", R"(crop_top="30")",
+                           R"(crop_right="200")", R"(crop_bottom="150")"};
         QTest::addRow("pan and zoom") << QStringList{"move", "drag 320 240 160 120", "drag 80 60 180 140"}
             << QStringList{R"(pan_x="-4000")", R"(pan_y="-3200")", R"(zoom="2")"};
         QTest::addRow("second move's start frame sets the first move") << QStringList{"move", "move", "drag 80 60 180 140", "drag 0 0 160 120"}
@@ -1194,17 +1190,11 @@ private slots:
         MainWindow w;
         QVERIFY(openSlides(w, {file("quad.png")}));
         PictureEditor* editor = w.slidePanel()->pictureEditor();
-        const QList<QList<std::function<void()>>> sequences = {
-            {[&] { editor->rotate(90); }},
-            {[&] { editor->rotate(90); }, [&] { editor->flip(true); }},
-            {[&] { editor->flip(true); }, [&] { editor->rotate(90); }},
-            {[&] { editor->flip(false); }, [&] { editor->rotate(-90); }},
-            {[&] { editor->rotate(180); }, [&] { editor->flip(false); }, [&] { editor->flip(true); }},
-        };
         QUndoStack& undo = w.document().undoStack();
-        for (int n = 0; n < sequences.size(); ++n) {
+        // Turns by degrees; "h" and "v" mirror across and up and down.
+        for (const QString sequence : {"90", "90 h", "h 90", "v -90", "180 v h"}) {
             const int upright = undo.index();
-            for (const auto& command : sequences[n]) command();
+            for (const QString& c : sequence.split(' ')) c == "h" || c == "v" ? editor->flip(c == "h") : editor->rotate(c.toInt());
             const Slide& slide = *w.document().show().slideAt(0);
             SlideImage stored = slide.image;
             stored.imageType = ImageType::Rgb24;
@@ -1214,7 +1204,7 @@ private slots:
             for (int q = 0; q < 4; ++q) {
                 const int x = int(movie.width) * (1 + 2 * (q % 2)) / 4, y = int(movie.height) * (1 + 2 * (q / 2)) / 4;
                 const uint8_t* p = movie.pixels.row(uint32_t(y)) + x * 3;
-                QVERIFY2(shown.pixelColor(x, y) == QColor(p[0], p[1], p[2]), qPrintable(QString("sequence %1, quarter %2").arg(n).arg(q)));
+                QVERIFY2(shown.pixelColor(x, y) == QColor(p[0], p[1], p[2]), qPrintable(QString("%1, quarter %2").arg(sequence).arg(q)));
             }
             // A crop drawn over the shown picture's top-left quarter stores that quarter.
             const QColor topLeft = shown.pixelColor(int(movie.width) / 4, int(movie.height) / 4);
@@ -1226,7 +1216,7 @@ private slots:
             for (uint32_t y : {0u, quarter.height - 1})
                 for (uint32_t x : {0u, quarter.width - 1}) {
                     const uint8_t* p = quarter.pixels.row(y) + x * 3;
-                    QVERIFY2(QColor(p[0], p[1], p[2]) == topLeft, qPrintable(QString("sequence %1: cropped corner").arg(n)));
+                    QVERIFY2(QColor(p[0], p[1], p[2]) == topLeft, qPrintable(sequence + ": cropped corner"));
                 }
             undo.setIndex(upright);
         }
@@ -1278,10 +1268,8 @@ private slots:
 
         // The transition preview: red, then blue pushed in; some frame shows both.
         MainWindow two;
-        QCOMPARE(two.insertPictures({red_, blue_}, 0), 2);
-        two.selectRows({1});
-        two.slideProperties();
-        SlidePanel* panel = two.slidePanel();
+        SlidePanel* panel = openSlides(two, {red_, blue_}, {1});
+        QVERIFY(panel);
         panel->transitionChooser()->setCurrentIndex(panel->transitionChooser()->findText("Push"));
         QVERIFY(panel->previewTransition());
         PreviewWindow* small = panel->transitionPreview();
