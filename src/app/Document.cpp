@@ -3,7 +3,9 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QLockFile>
 #include <QUndoCommand>
+#include <memory>
 #include <algorithm>
 #include <numeric>
 
@@ -486,9 +488,49 @@ void Document::applyShowSettings(const ShowSettings& s) {
     emit changed({});
 }
 
+namespace {
+
+// Each running copy of the program keeps its own recovery file: the first
+// of a few numbered slots whose lock it can take. A slot's lock left by a
+// copy that died is free again, so the next start finds its file.
+struct RecoverySlot {
+    QString folder;
+    QString name = "recovery";
+    std::unique_ptr<QLockFile> lock;
+};
+constexpr int kRecoverySlots = 8;
+
+const RecoverySlot& ClaimRecoverySlot(const QString& folder) {
+    static RecoverySlot slot;
+    if (slot.folder == folder) return slot;
+    slot = RecoverySlot{folder};
+    QDir().mkpath(folder);
+    auto name = [](int n) { return n == 0 ? QString("recovery") : QString("recovery-%1").arg(n); };
+    auto take = [&folder](const QString& slotName) {
+        auto lock = std::make_unique<QLockFile>(folder + "/" + slotName + ".lock");
+        lock->setStaleLockTime(0);  // only a lock whose program is gone is stale
+        return lock->tryLock(0) ? std::move(lock) : nullptr;
+    };
+    for (int n = 0; n < kRecoverySlots && !slot.lock; ++n)
+        if ((slot.lock = take(name(n)))) slot.name = name(n);
+    // A file left in another free slot (its copy of the program died) is
+    // taken over, so one start finds it.
+    const QString own = folder + "/" + slot.name + ".qpj";
+    for (int n = 0; n < kRecoverySlots && slot.lock && !QFileInfo::exists(own); ++n) {
+        const QString other = folder + "/" + name(n) + ".qpj";
+        if (name(n) == slot.name || !QFileInfo::exists(other) || !take(name(n))) continue;
+        QFile::remove(own + ".path");
+        QFile::rename(other + ".path", own + ".path");
+        QFile::rename(other, own);
+    }
+    return slot;
+}
+
+}  // namespace
+
 QString Document::recoveryPath() {
-    const QFileInfo settings(QString::fromStdString(settingsFilePath()));
-    return settings.dir().filePath("recovery.qpj");
+    const QString folder = QFileInfo(QString::fromStdString(settingsFilePath())).dir().path();
+    return folder + "/" + ClaimRecoverySlot(folder).name + ".qpj";
 }
 
 bool Document::writeRecovery(QString* error) const {

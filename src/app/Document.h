@@ -78,7 +78,8 @@ public:
     void applyShowSettings(const ShowSettings& settings);  // for the command
 
     // Recovery: written beside the settings file while there are unsaved
-    // changes, removed on save, on a clean close and on a new document.
+    // changes, removed on save, on a clean close and on a new document. Each
+    // running copy of the program has its own file (a locked slot).
     static QString recoveryPath();
     bool writeRecovery(QString* error = nullptr) const;
     static void removeRecovery();
