@@ -113,7 +113,9 @@ bool DiskCache::Get(const CacheKey& key, std::vector<uint8_t>& value) const {
     if (sound) {
         const XXH128_hash_t h = XXH3_128bits(bytes.data() + kHeader, bytes.size() - kHeader);
         if (GetU64(bytes.data() + 12) == h.high64 && GetU64(bytes.data() + 20) == h.low64) {
-            value.assign(bytes.begin() + kHeader, bytes.end());
+            // Moved in place rather than copied: an entry can be a long sound.
+            bytes.erase(bytes.begin(), bytes.begin() + kHeader);
+            value = std::move(bytes);
             // The modification time records the last use, for Trim.
             ::utimensat(AT_FDCWD, path.c_str(), nullptr, 0);
             return true;
