@@ -13,12 +13,12 @@ namespace quillet {
 namespace {
 
 // The accepted range of a value of the option.
-std::pair<double, double> Range(const OptionSpec& spec) {
-    switch (spec.kind) {
-        case OptionKind::List: return {0, spec.items.empty() ? 0 : static_cast<double>(spec.items.size() - 1)};
+std::pair<double, double> Range(const OptionSpec& row) {
+    switch (row.kind) {
+        case OptionKind::List: return {0, row.items.empty() ? 0 : static_cast<double>(row.items.size() - 1)};
         case OptionKind::Bool: return {0, 1};
         case OptionKind::Color: return {0, 0xFFFFFF};
-        default: return {spec.minValue, spec.maxValue};
+        default: return {row.minValue, row.maxValue};
     }
 }
 
@@ -40,20 +40,20 @@ std::string JoinKeywords(NameList keywords) {
 }
 
 // What a value of the option may be, for messages and `list --options`.
-std::string Allowed(const OptionSpec& spec) {
+std::string Allowed(const OptionSpec& row) {
     char buf[96];
-    switch (spec.kind) {
+    switch (row.kind) {
         case OptionKind::List:
-            return spec.written.empty() ? "a number from 0 to " + std::to_string(spec.items.size() - 1)
-                                        : JoinKeywords(spec.ReadKeywords());
+            return row.written.empty() ? "a number from 0 to " + std::to_string(row.items.size() - 1)
+                                        : JoinKeywords(row.ReadKeywords());
         case OptionKind::Bool: return "true, false";
         case OptionKind::Color: return "a colour as #RRGGBB or a number (red in the lowest byte)";
         case OptionKind::Integer:
         case OptionKind::Real: {
-            const char* what = spec.kind == OptionKind::Integer ? "a whole number" : "a number";
+            const char* what = row.kind == OptionKind::Integer ? "a whole number" : "a number";
             // The default range is that of a 32-bit field: not worth stating.
-            if (spec.minValue <= -2147483648.0 && spec.maxValue >= 2147483647.0) return what;
-            std::snprintf(buf, sizeof buf, "%s from %g to %g", what, spec.minValue, spec.maxValue);
+            if (row.minValue <= -2147483648.0 && row.maxValue >= 2147483647.0) return what;
+            std::snprintf(buf, sizeof buf, "%s from %g to %g", what, row.minValue, row.maxValue);
             return buf;
         }
     }
@@ -66,19 +66,19 @@ OptionSet::OptionSet(OptionTable table) : table_(table) { Reset(); }
 
 void OptionSet::Reset() {
     values_.clear();
-    for (const OptionSpec& spec : table_) values_.push_back(spec.defaultValue);
+    for (const OptionSpec& row : table_) values_.push_back(row.defaultValue);
 }
 
 double OptionSet::Value(size_t index) const { return index < values_.size() ? values_[index] : 0; }
 
 bool OptionSet::SetValue(size_t index, double value) {
     if (index >= values_.size() || std::isnan(value)) return false;
-    const OptionSpec& spec = table_[index];
-    if (spec.kind == OptionKind::Bool) value = value != 0 ? 1 : 0;
-    if (spec.kind != OptionKind::Real) value = std::trunc(value);
-    const auto [lo, hi] = Range(spec);
+    const OptionSpec& row = table_[index];
+    if (row.kind == OptionKind::Bool) value = value != 0 ? 1 : 0;
+    if (row.kind != OptionKind::Real) value = std::trunc(value);
+    const auto [lo, hi] = Range(row);
     value = std::clamp(value, lo, hi);
-    if (spec.kind == OptionKind::Real && spec.singlePrecision) value = static_cast<float>(value);
+    if (row.kind == OptionKind::Real && row.singlePrecision) value = static_cast<float>(value);
     if (value == values_[index]) return false;
     values_[index] = value;
     return true;
@@ -86,48 +86,48 @@ bool OptionSet::SetValue(size_t index, double value) {
 
 void OptionSet::Read(const XmlNode& element) {
     for (size_t i = 0; i < table_.size(); ++i) {
-        const OptionSpec& spec = table_[i];
-        if (!spec.attribute) continue;
+        const OptionSpec& row = table_[i];
+        if (!row.attribute) continue;
         double& value = values_[i];
-        switch (spec.kind) {
+        switch (row.kind) {
             case OptionKind::List: {
-                if (spec.written.empty()) {
+                if (row.written.empty()) {
                     int v;
-                    if (element.readInt(spec.attribute, v)) value = std::clamp<double>(v, 0, Range(spec).second);
+                    if (element.readInt(row.attribute, v)) value = std::clamp<double>(v, 0, Range(row).second);
                     break;
                 }
                 std::string keyword;
-                if (!element.readString(spec.attribute, keyword)) break;
-                const int index = FindKeyword(spec.ReadKeywords(), keyword);
+                if (!element.readString(row.attribute, keyword)) break;
+                const int index = FindKeyword(row.ReadKeywords(), keyword);
                 if (index >= 0) value = index;
                 break;
             }
             case OptionKind::Integer: {
                 int v;
-                if (element.readInt(spec.attribute, v)) value = std::clamp<double>(v, spec.minValue, spec.maxValue);
+                if (element.readInt(row.attribute, v)) value = std::clamp<double>(v, row.minValue, row.maxValue);
                 break;
             }
             case OptionKind::Real: {
-                if (spec.singlePrecision) {
+                if (row.singlePrecision) {
                     float v;
-                    if (element.readFloat(spec.attribute, v) && std::isfinite(v))
-                        value = std::clamp<double>(v, spec.minValue, spec.maxValue);
+                    if (element.readFloat(row.attribute, v) && std::isfinite(v))
+                        value = std::clamp<double>(v, row.minValue, row.maxValue);
                 } else {
                     double v;
-                    if (element.readDouble(spec.attribute, v) && std::isfinite(v))
-                        value = std::clamp(v, spec.minValue, spec.maxValue);
+                    if (element.readDouble(row.attribute, v) && std::isfinite(v))
+                        value = std::clamp(v, row.minValue, row.maxValue);
                 }
                 break;
             }
             case OptionKind::Bool: {
                 bool v;
-                if (element.readBool(spec.attribute, v)) value = (v != spec.negated) ? 1 : 0;
+                if (element.readBool(row.attribute, v)) value = (v != row.negated) ? 1 : 0;
                 break;
             }
             case OptionKind::Color: {
                 // Kept as read, so an odd value in a file is written back unchanged.
                 uint32_t v;
-                if (element.readUnsigned(spec.attribute, v)) value = v;
+                if (element.readUnsigned(row.attribute, v)) value = v;
                 break;
             }
         }
@@ -136,21 +136,21 @@ void OptionSet::Read(const XmlNode& element) {
 
 void OptionSet::Write(XmlWriter& writer) const {
     for (size_t i = 0; i < table_.size(); ++i) {
-        const OptionSpec& spec = table_[i];
-        if (!spec.attribute) continue;
+        const OptionSpec& row = table_[i];
+        if (!row.attribute) continue;
         const double value = values_[i];
-        switch (spec.kind) {
+        switch (row.kind) {
             case OptionKind::List:
-                if (spec.written.empty()) {
-                    writer.attribute(spec.attribute, static_cast<int>(value));
-                } else if (value >= 0 && value < static_cast<double>(spec.written.size())) {
-                    writer.attributeRaw(spec.attribute, spec.written[static_cast<size_t>(value)]);
+                if (row.written.empty()) {
+                    writer.attribute(row.attribute, static_cast<int>(value));
+                } else if (value >= 0 && value < static_cast<double>(row.written.size())) {
+                    writer.attributeRaw(row.attribute, row.written[static_cast<size_t>(value)]);
                 }
                 break;
-            case OptionKind::Integer: writer.attribute(spec.attribute, static_cast<int>(value)); break;
-            case OptionKind::Real: writer.attributeReal(spec.attribute, value); break;
-            case OptionKind::Bool: writer.attribute(spec.attribute, (value != 0) != spec.negated); break;
-            case OptionKind::Color: writer.attribute(spec.attribute, static_cast<unsigned>(value)); break;
+            case OptionKind::Integer: writer.attribute(row.attribute, static_cast<int>(value)); break;
+            case OptionKind::Real: writer.attributeReal(row.attribute, value); break;
+            case OptionKind::Bool: writer.attribute(row.attribute, (value != 0) != row.negated); break;
+            case OptionKind::Color: writer.attribute(row.attribute, static_cast<unsigned>(value)); break;
         }
     }
 }
@@ -161,16 +161,16 @@ bool OptionSet::operator==(const OptionSet& other) const {
 
 std::string OptionSet::Text(size_t index) const {
     if (index >= values_.size()) return {};
-    const OptionSpec& spec = table_[index];
+    const OptionSpec& row = table_[index];
     const double value = values_[index];
-    switch (spec.kind) {
+    switch (row.kind) {
         case OptionKind::List:
-            if (!spec.written.empty() && value >= 0 && value < static_cast<double>(spec.written.size()))
-                return spec.written[static_cast<size_t>(value)];
+            if (!row.written.empty() && value >= 0 && value < static_cast<double>(row.written.size()))
+                return row.written[static_cast<size_t>(value)];
             return std::to_string(static_cast<int>(value));
         case OptionKind::Integer: return std::to_string(static_cast<int>(value));
         case OptionKind::Real: return formatReal(value);
-        case OptionKind::Bool: return ((value != 0) != spec.negated) ? "true" : "false";
+        case OptionKind::Bool: return ((value != 0) != row.negated) ? "true" : "false";
         case OptionKind::Color: {
             const auto c = static_cast<uint32_t>(value);
             char buf[16];
@@ -198,33 +198,33 @@ bool OptionSet::SetFromText(std::string_view key, std::string_view text, std::st
     while (index < table_.size() && !(table_[index].attribute && key == table_[index].attribute)) ++index;
     if (index == table_.size()) {
         std::string keys;
-        for (const OptionSpec& spec : table_) {
-            if (!spec.attribute) continue;
+        for (const OptionSpec& row : table_) {
+            if (!row.attribute) continue;
             keys += keys.empty() ? "" : ", ";
-            keys += spec.attribute;
+            keys += row.attribute;
         }
         error = "unknown option \"" + std::string(key) + "\"; " +
                 (keys.empty() ? std::string("this one has no options") : "options: " + keys);
         return false;
     }
-    const OptionSpec& spec = table_[index];
+    const OptionSpec& row = table_[index];
     const std::string value(text);
     const auto fail = [&] {
-        error = "\"" + value + "\" is not a value of " + spec.attribute + "; allowed: " + Allowed(spec);
+        error = "\"" + value + "\" is not a value of " + row.attribute + "; allowed: " + Allowed(row);
         return false;
     };
     double number = 0;
-    switch (spec.kind) {
+    switch (row.kind) {
         case OptionKind::List: {
-            const int found = spec.written.empty() ? -1 : FindKeyword(spec.ReadKeywords(), value);
+            const int found = row.written.empty() ? -1 : FindKeyword(row.ReadKeywords(), value);
             if (found >= 0) {
                 number = found;
                 break;
             }
             char* end = nullptr;
             const long n = std::strtol(value.c_str(), &end, 10);
-            if (!spec.written.empty() || value.empty() || *end || n < 0 ||
-                n >= static_cast<long>(spec.items.size()))
+            if (!row.written.empty() || value.empty() || *end || n < 0 ||
+                n >= static_cast<long>(row.items.size()))
                 return fail();
             number = static_cast<double>(n);
             break;
@@ -233,7 +233,7 @@ bool OptionSet::SetFromText(std::string_view key, std::string_view text, std::st
             if (value == "true") number = 1;
             else if (value == "false") number = 0;
             else return fail();
-            if (spec.negated) number = 1 - number;
+            if (row.negated) number = 1 - number;
             break;
         case OptionKind::Color: {
             char* end = nullptr;
@@ -252,8 +252,8 @@ bool OptionSet::SetFromText(std::string_view key, std::string_view text, std::st
         case OptionKind::Real: {
             char* end = nullptr;
             number = std::strtod(value.c_str(), &end);
-            if (value.empty() || *end || !std::isfinite(number) || number < spec.minValue ||
-                number > spec.maxValue || (spec.kind == OptionKind::Integer && number != std::trunc(number)))
+            if (value.empty() || *end || !std::isfinite(number) || number < row.minValue ||
+                number > row.maxValue || (row.kind == OptionKind::Integer && number != std::trunc(number)))
                 return fail();
             break;
         }
@@ -265,13 +265,13 @@ bool OptionSet::SetFromText(std::string_view key, std::string_view text, std::st
 std::string DescribeOptionTable(OptionTable table) {
     std::string out;
     for (size_t i = 0; i < table.size(); ++i) {
-        const OptionSpec& spec = table[i];
-        if (!spec.attribute) continue;
+        const OptionSpec& row = table[i];
+        if (!row.attribute) continue;
         OptionSet defaults(table);
         out += "  ";
-        out += spec.attribute;
+        out += row.attribute;
         out += ": ";
-        out += Allowed(spec);
+        out += Allowed(row);
         out += " (default " + defaults.Text(i) + ")\n";
     }
     return out;

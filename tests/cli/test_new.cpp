@@ -132,7 +132,7 @@ TEST_F(NewCommand, UsageErrors) {
     EXPECT_EQ(quillet(pic + out + " --transition 'Cross Fade' --random-transitions").status, 2);
     // Options after the name: each wrong part is named with what is allowed.
     const struct {
-        const char* spec;
+        const char* argument;
         const char* message;
     } kBadOptions[] = {
         {"Push:direction=lefty", "\"lefty\" is not a value of direction; allowed: up, down, right, left,"},
@@ -145,9 +145,9 @@ TEST_F(NewCommand, UsageErrors) {
         {"Color Fade:fade_color=#12345", "allowed: a colour as #RRGGBB"},
     };
     for (const auto& bad : kBadOptions) {
-        CliRun b = quillet(pic + out + " --transition '" + bad.spec + "'");
-        EXPECT_EQ(b.status, 2) << bad.spec;
-        EXPECT_NE(b.err.find(bad.message), std::string::npos) << bad.spec << ": " << b.err;
+        CliRun b = quillet(pic + out + " --transition '" + bad.argument + "'");
+        EXPECT_EQ(b.status, 2) << bad.argument;
+        EXPECT_NE(b.err.find(bad.message), std::string::npos) << bad.argument << ": " << b.err;
     }
     EXPECT_EQ(quillet(pic + out + " --music " + quote(dir.file("no such.wav"))).status, 1);
     EXPECT_FALSE(std::filesystem::exists(dir.file("x.qpj")));
