@@ -18,7 +18,7 @@ CaptionStage::CaptionStage(Edit edit, QWidget* parent) : QWidget(parent), edit_(
 CaptionStage::~CaptionStage() = default;
 
 void CaptionStage::setSlide(const Slide* slide, int current) {
-    picture_ = slide && slide->type == SlideType::Image ? PictureEditor::Shown(*slide) : QImage();  // decoded once, cached
+    picture_ = slide && slide->type == SlideType::Image ? PictureEditor::Shown(*slide, 640, false) : QImage();
     slide_ = slide;
     current_ = current;
     dragging_ = false;

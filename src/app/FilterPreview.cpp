@@ -39,7 +39,7 @@ QString Key(const Slide& s) {
                       .arg(i.crop).arg(i.cropRect.left).arg(i.cropRect.top).arg(i.cropRect.right).arg(i.cropRect.bottom)
                       .arg(i.flipVertical).arg(i.flipHorizontal).arg(i.rotation)
                       .arg(i.cornerOrder[0]).arg(i.cornerOrder[1]).arg(i.cornerOrder[2]).arg(i.cornerOrder[3])
-                      .arg(PictureEditor::Picture(QString::fromStdString(i.src)).cacheKey());
+                      .arg(PictureEditor::Picture(QString::fromStdString(i.src), 640, false).cacheKey());
     for (const auto& f : s.imageFilters()) {
         key += "|" + QString::fromStdString(f->name());
         for (size_t o = 0; o < f->Options().size(); ++o) key += QString(",%1").arg(f->OptionValue(o), 0, 'g', 17);
@@ -105,7 +105,7 @@ void FilterPreview::setSlide(const Slide* slide) {
     }
     // The decoded picture is the picture editor's (cached); the worker gets
     // its own copies of everything it reads.
-    const QImage source = PictureEditor::Picture(QString::fromStdString(slide->image.src));
+    const QImage source = PictureEditor::Picture(QString::fromStdString(slide->image.src), 640, false);
     auto filters = std::make_shared<std::vector<std::unique_ptr<ImageFilter>>>();
     for (const auto& f : slide->imageFilters()) filters->push_back(f->Clone());
     const SlideImage image = slide->image;

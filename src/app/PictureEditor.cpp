@@ -9,6 +9,8 @@
 #include <QPainter>
 #include <QPainterPath>
 #include <QPushButton>
+#include <QSet>
+#include <QThreadPool>
 #include <QVBoxLayout>
 #include <cmath>
 
@@ -63,7 +65,7 @@ public:
 
     void setSlide(const Slide* slide) {
         slide_ = slide;
-        shown_ = slide ? PictureEditor::Shown(*slide) : QImage();
+        shown_ = slide ? PictureEditor::Shown(*slide, 640, false) : QImage();
         drag_ = None;
         update();
     }
@@ -331,23 +333,60 @@ void PictureEditor::clearCrop() {
     edit_("No Crop", [](Slide& s) { s.image.crop = false; });
 }
 
-QImage PictureEditor::Picture(const QString& path, int longest) {
-    // Decoded once per file, size and change time: the panel refreshes after every edit.
-    static QCache<QString, QImage> cache(24);
-    const QFileInfo info(path);
-    const QString key = QString("%1|%2|%3").arg(path).arg(longest).arg(info.lastModified().toMSecsSinceEpoch());
-    if (QImage* hit = cache.object(key)) return *hit;
+DecodedPictures& DecodedPictures::instance() {
+    static DecodedPictures decodes;
+    return decodes;
+}
+
+namespace {
+
+// Pictures up to this many pixels decode on the spot in a few milliseconds;
+// a large one (a 24-megapixel progressive JPEG takes half a second) goes to a
+// worker so that choosing its slide does not hold up the window.
+constexpr qint64 kDecodeOnTheSpot = 4'000'000;
+
+QImage Decode(const QString& path, int longest) {
     QImageReader reader(path);
     const QSize natural = reader.size();
     if (natural.isValid() && std::max(natural.width(), natural.height()) > longest)
         reader.setScaledSize(natural.scaled(longest, longest, Qt::KeepAspectRatio));
-    QImage image = reader.read();
+    return reader.read();
+}
+
+}  // namespace
+
+QImage PictureEditor::Picture(const QString& path, int longest, bool wait) {
+    // Decoded once per file, size and change time: the panel refreshes after
+    // every edit. Used on the window's thread only.
+    static QCache<QString, QImage> cache(24);
+    static QSet<QString> decoding;
+    const QFileInfo info(path);
+    const QString key = QString("%1|%2|%3").arg(path).arg(longest).arg(info.lastModified().toMSecsSinceEpoch());
+    if (QImage* hit = cache.object(key)) return *hit;
+    if (!wait) {
+        const QSize natural = QImageReader(path).size();
+        if (natural.isValid() && qint64(natural.width()) * natural.height() > kDecodeOnTheSpot) {
+            if (!decoding.contains(key)) {
+                decoding.insert(key);
+                QThreadPool::globalInstance()->start([path, longest, key] {
+                    QImage image = Decode(path, longest);
+                    QMetaObject::invokeMethod(&DecodedPictures::instance(), [path, key, image = std::move(image)] {
+                        decoding.remove(key);
+                        cache.insert(key, new QImage(image));
+                        emit DecodedPictures::instance().decoded(path);
+                    }, Qt::QueuedConnection);
+                });
+            }
+            return {};
+        }
+    }
+    QImage image = Decode(path, longest);
     cache.insert(key, new QImage(image));
     return image;
 }
 
-QImage PictureEditor::Shown(const Slide& slide, int longest) {
-    QImage image = Picture(QString::fromStdString(slide.image.src), longest);
+QImage PictureEditor::Shown(const Slide& slide, int longest, bool wait) {
+    QImage image = Picture(QString::fromStdString(slide.image.src), longest, wait);
     if (image.isNull()) return image;
     // As the movie stores it: the turn and mirrors the corner record gives,
     // mirrors first.

@@ -20,6 +20,16 @@ namespace quillet::app {
 
 class PictureCanvas;
 
+// Announces pictures that PictureEditor::Picture decoded away from the
+// window's thread, on the window's thread.
+class DecodedPictures : public QObject {
+    Q_OBJECT
+public:
+    static DecodedPictures& instance();
+signals:
+    void decoded(const QString& path);
+};
+
 class PictureEditor : public QGroupBox {
     Q_OBJECT
 public:
@@ -45,10 +55,12 @@ public:
     QRectF cameraFrame(bool end) const;
 
     // The slide's picture decoded once at most `longest` pixels on its
-    // longer side, unturned; a null image when it cannot be read.
-    static QImage Picture(const QString& path, int longest = 640);
+    // longer side, unturned; a null image when it cannot be read. Without
+    // `wait`, a large picture not decoded yet gives a null image and is
+    // decoded on a worker thread; DecodedPictures tells when it is ready.
+    static QImage Picture(const QString& path, int longest = 640, bool wait = true);
     // The picture as the slide shows it: turned and mirrored.
-    static QImage Shown(const Slide& slide, int longest = 640);
+    static QImage Shown(const Slide& slide, int longest = 640, bool wait = true);
 
 private:
     friend class PictureCanvas;

@@ -237,6 +237,16 @@ QString ShownOverlayName(const Slide& s) {
 }  // namespace
 
 SlidePanel::SlidePanel(Document& doc, QWidget* parent) : QDockWidget("Slide Properties", parent), doc_(doc) {
+    // A large picture is decoded on a worker; the picture, the filtered
+    // picture and the caption stage are drawn again once it is there.
+    connect(&DecodedPictures::instance(), &DecodedPictures::decoded, this, [this](const QString& path) {
+        if (rows_.size() != 1) return;
+        const Slide* one = doc_.show().slideAt(rows_.front());
+        if (!one || QString::fromStdString(one->image.src) != path) return;
+        picture_->setSlide(one);
+        filterPreview_->setSlide(one);
+        stage_->setSlide(one, captions_->list()->currentRow());
+    });
     setObjectName("SlidePanel");
     auto* scroll = new QScrollArea(this);
     scroll->setWidgetResizable(true);

@@ -15,6 +15,7 @@
 #include <QProgressDialog>
 #include <QRandomGenerator>
 #include <QScrollArea>
+#include <QSignalSpy>
 #include <QScreen>
 #include <QTemporaryDir>
 #include <QTest>
@@ -1178,6 +1179,26 @@ private slots:
         QVERIFY(QTest::qWaitFor([&] { return !preview->busy(); }, 10000));
         QVERIFY(!preview->picture().isNull());
         QVERIFY(preview->parentWidget()->grab().save(QString(QUILLET_ARTEFACTS_DIR) + "/slide-panel-filtered-picture.png"));
+    }
+
+    // A large picture is decoded away from the window's thread: choosing its
+    // slide returns at once, and the panel draws it when it is there.
+    void largePictureDecodedOnAWorker() {
+        QImage large(2600, 2000, QImage::Format_RGB32);
+        large.fill(QColor(10, 120, 200));
+        QVERIFY(large.save(file("large.png")));
+        MainWindow w;
+        w.show();
+        QSignalSpy decoded(&DecodedPictures::instance(), &DecodedPictures::decoded);
+        QCOMPARE(w.insertPictures({file("large.png")}, 0), 1);
+        w.selectRows({0});
+        w.slideProperties();
+        QVERIFY(PictureEditor::Picture(file("large.png"), 640, false).isNull() || !decoded.isEmpty());
+        QVERIFY(decoded.wait(10000) || !decoded.isEmpty());
+        QCOMPARE(decoded.first().first().toString(), file("large.png"));
+        QCOMPARE(PictureEditor::Picture(file("large.png"), 640, false).size(), QSize(640, 492));
+        const QImage drawn = w.slidePanel()->pictureEditor()->canvas()->grab().toImage();
+        QCOMPARE(drawn.pixelColor(drawn.rect().center()), QColor(10, 120, 200));
     }
 
     // The picture editor shows the picture turned and mirrored as the movie
