@@ -8,7 +8,9 @@
 #include <atomic>
 
 #include "app/Prompts.h"
+#include "io/DiskCache.h"
 #include "media/Progress.h"
+#include "settings/AppSettings.h"
 
 namespace quillet::app {
 
@@ -76,6 +78,13 @@ void RunWithProgress(QWidget* parent, const std::function<void(ProgressSink&)>& 
     if (worker->isRunning()) loop.exec();
     worker->wait();
     delete worker;
+}
+
+ExportOptions DesktopExportOptions() {
+    ExportOptions options;
+    options.bitmapShift = AppSettings::current().defaultImageAdjustBitmapShift;
+    options.cacheFolder = DiskCache::DefaultFolder();
+    return options;
 }
 
 ExportResult RunExport(QWidget* parent, const SlideShow& show, const QString& path, const ExportOptions& options) {

@@ -18,6 +18,10 @@ namespace quillet::app {
 // it is done. The show must not change until then (the dialog is modal).
 void RunWithProgress(QWidget* parent, const std::function<void(ProgressSink&)>& work);
 
+// The options of the program's exports and previews: the bitmap-shift
+// preference, and the prepared-picture cache, so that exporting or
+// previewing again after a small change only prepares what changed.
+ExportOptions DesktopExportOptions();
 ExportResult RunExport(QWidget* parent, const SlideShow& show, const QString& path, const ExportOptions& options);
 // A publish run; its replace questions are asked on the window's thread.
 PublishResult RunPublish(QWidget* parent, PublishSettings& settings, const SlideShow& show, PublishOptions options);

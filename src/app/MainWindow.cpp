@@ -44,15 +44,6 @@ constexpr int kRecoveryIntervalMs = 60 * 1000;
 
 QString absolute(const QString& path) { return QFileInfo(path).absoluteFilePath(); }
 
-ExportOptions exportOptions() {
-    ExportOptions options;
-    options.bitmapShift = AppSettings::current().defaultImageAdjustBitmapShift;
-    // Prepared pictures are kept, so exporting or previewing again after a
-    // small change only prepares what changed.
-    options.cacheFolder = DiskCache::DefaultFolder();
-    return options;
-}
-
 }  // namespace
 
 MainWindow::MainWindow(bool batch, QWidget* parent) : QMainWindow(parent), batch_(batch) {
@@ -389,7 +380,7 @@ void MainWindow::exportShow() {
 
 ExportResult MainWindow::exportTo(const QString& path) {
     busy_ = true;
-    ExportResult result = RunExport(this, doc_.show(), absolute(path), exportOptions());
+    ExportResult result = RunExport(this, doc_.show(), absolute(path), DesktopExportOptions());
     busy_ = false;
     if (!result.ok && !result.cancelled) {
         prompts().tell(this, kCaption, kExportFailed, QString::fromStdString(result.error));
@@ -422,7 +413,7 @@ PublishResult MainWindow::publishTo(const QString& folder) {
     options.addresses = {s.publishPlayerDownloadUrl, s.publishPluginPageUrl};
     options.playersFolder = s.publishPlayersPath;
     options.rufflePlayer = FindRufflePlayer();
-    options.exportOptions = exportOptions();
+    options.exportOptions = DesktopExportOptions();
     busy_ = true;
     PublishResult result = RunPublish(this, settings, doc_.show(), options);
     busy_ = false;
@@ -457,7 +448,7 @@ bool MainWindow::previewFrom(int from) {
         return false;
     }
     busy_ = true;
-    const ExportResult result = RunExport(this, *show, movie, exportOptions());
+    const ExportResult result = RunExport(this, *show, movie, DesktopExportOptions());
     busy_ = false;
     if (result.cancelled) return false;
     if (!result.ok) {

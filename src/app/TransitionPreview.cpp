@@ -56,7 +56,7 @@ bool PreviewTransition(QWidget* parent, const Document& doc, int row, PreviewWin
         *error = QString::fromStdString(why);
         return false;
     }
-    const ExportResult result = RunExport(parent, show, movie, ExportOptions{});
+    const ExportResult result = RunExport(parent, show, movie, DesktopExportOptions());
     if (!result.ok) {
         *error = result.cancelled ? QString("cancelled") : QString::fromStdString(result.error);
         return false;

@@ -1176,8 +1176,8 @@ private slots:
         w.selectRows({1});
         add("Sepia");
         add("Raise Borders");
-        QVERIFY(QTest::qWaitFor([&] { return !preview->busy(); }, 10000));
-        QVERIFY(!preview->picture().isNull());
+        // (The photo has over 4 megapixels: it is decoded on a worker first.)
+        QVERIFY(QTest::qWaitFor([&] { return !preview->busy() && !preview->picture().isNull(); }, 10000));
         QVERIFY(preview->parentWidget()->grab().save(QString(QUILLET_ARTEFACTS_DIR) + "/slide-panel-filtered-picture.png"));
     }
 
@@ -1193,9 +1193,11 @@ private slots:
         QCOMPARE(w.insertPictures({file("large.png")}, 0), 1);
         w.selectRows({0});
         w.slideProperties();
-        QVERIFY(PictureEditor::Picture(file("large.png"), 640, false).isNull() || !decoded.isEmpty());
-        QVERIFY(decoded.wait(10000) || !decoded.isEmpty());
-        QCOMPARE(decoded.first().first().toString(), file("large.png"));
+        auto announced = [&] {
+            return std::any_of(decoded.begin(), decoded.end(), [&](const QList<QVariant>& a) { return a.first() == file("large.png"); });
+        };
+        QVERIFY(PictureEditor::Picture(file("large.png"), 640, false).isNull() || announced());
+        QVERIFY(QTest::qWaitFor(announced, 10000));
         QCOMPARE(PictureEditor::Picture(file("large.png"), 640, false).size(), QSize(640, 492));
         const QImage drawn = w.slidePanel()->pictureEditor()->canvas()->grab().toImage();
         QCOMPARE(drawn.pixelColor(drawn.rect().center()), QColor(10, 120, 200));
