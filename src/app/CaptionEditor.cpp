@@ -17,17 +17,8 @@ namespace quillet::app {
 
 namespace {
 
-constexpr OptionSpec Whole(const char* label, double lo, double hi, const char* unit = "") {
-    return {.kind = OptionKind::Integer, .label = label, .minValue = lo, .maxValue = hi, .trailingLabel = unit};
-}
-constexpr OptionSpec Box(const char* label) { return {.kind = OptionKind::Bool, .label = label}; }
-constexpr OptionSpec Choice(const char* label, NameList items) {
-    return {.kind = OptionKind::List, .label = label, .items = items};
-}
-constexpr OptionSpec Seconds(const char* label) {
-    return {.kind = OptionKind::Real, .label = label, .minValue = 0, .maxValue = 3600, .decimals = 2,
-            .trailingLabel = "seconds"};
-}
+using namespace rows;
+
 
 constexpr const char* kHAligns[] = {"Left", "Center", "Right"};
 constexpr const char* kVAligns[] = {"Top", "Center", "Bottom"};
@@ -35,12 +26,12 @@ constexpr const char* kVAligns[] = {"Top", "Center", "Bottom"};
 constexpr const char* kEffects[] = {"None", "Fade In", "Fly From Left", "Fly From Right", "Fly From Top", "Fly From Bottom"};
 
 constinit const OptionSpec kRows[] = {
-    Whole("Size:", 1, 500, "points"), Box("Bold"), Box("Italic"),
-    {.kind = OptionKind::Color, .label = "Colour:"}, Whole("Alpha:", 0, 100, "%"),
-    Whole("X:", -10000, 10000, "pixels"), Whole("Y:", -10000, 10000, "pixels"),
+    Whole("Size:", 1, 500, 0, "points"), Box("Bold"), Box("Italic"),
+    Colour("Colour:"), Whole("Alpha:", 0, 100, 0, "%"),
+    Whole("X:", -10000, 10000, 0, "pixels"), Whole("Y:", -10000, 10000, 0, "pixels"),
     Choice("Horizontal:", kHAligns), Choice("Vertical:", kVAligns), Box("Align to the whole stage"),
-    Whole("Tracking:", -100, 100, "pixels"), Whole("Leading:", -100, 100, "pixels"),
-    Seconds("Start:"), Seconds("Duration:"), Box("Until the next slide"), Choice("Effect:", kEffects)};
+    Whole("Tracking:", -100, 100, 0, "pixels"), Whole("Leading:", -100, 100, 0, "pixels"),
+    SecondsRow("Start:"), SecondsRow("Duration:"), Box("Until the next slide"), Choice("Effect:", kEffects)};
 
 struct Binding {
     double (*get)(const Caption&);

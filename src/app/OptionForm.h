@@ -15,6 +15,25 @@
 class QFormLayout;
 class QLabel;
 
+// The rows the panels declare their own fields with.
+namespace quillet::app::rows {
+
+constexpr OptionSpec Whole(const char* label, double lo, double hi, double def = 0, const char* unit = "") {
+    return {.kind = OptionKind::Integer, .label = label, .defaultValue = def, .minValue = lo, .maxValue = hi,
+            .trailingLabel = unit};
+}
+constexpr OptionSpec Box(const char* label) { return {.kind = OptionKind::Bool, .label = label}; }
+constexpr OptionSpec Choice(const char* label, NameList items) {
+    return {.kind = OptionKind::List, .label = label, .items = items};
+}
+constexpr OptionSpec Colour(const char* label) { return {.kind = OptionKind::Color, .label = label}; }
+constexpr OptionSpec SecondsRow(const char* label, double max = 3600, double def = 0) {
+    return {.kind = OptionKind::Real, .label = label, .defaultValue = def, .minValue = 0, .maxValue = max,
+            .decimals = 2, .trailingLabel = "seconds"};
+}
+
+}  // namespace quillet::app::rows
+
 namespace quillet::app {
 
 class OptionForm : public QWidget {

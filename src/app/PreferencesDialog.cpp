@@ -17,12 +17,10 @@ namespace quillet::app {
 
 namespace {
 
+using namespace rows;
+
 constexpr const char* kHAligns[] = {"Left", "Center", "Right"};
 constexpr const char* kVAligns[] = {"Top", "Center", "Bottom"};
-constexpr OptionSpec Box(const char* label) { return {.kind = OptionKind::Bool, .label = label}; }
-constexpr OptionSpec Whole(const char* label, double lo, double hi) {
-    return {.kind = OptionKind::Integer, .label = label, .minValue = lo, .maxValue = hi};
-}
 
 constinit const OptionSpec kRows[] = {
     Whole("JPEG quality of new slides:", 1, 100), Box("New slides scale to fit the stage"),

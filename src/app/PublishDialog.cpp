@@ -20,6 +20,8 @@ namespace quillet::app {
 
 namespace {
 
+using namespace rows;
+
 struct TargetInfo {
     const char* label;
     PublishTarget PublishSettings::*target;  // null: the screensaver installer
@@ -55,10 +57,6 @@ constexpr const char* kHtmlAligns[] = {"Default", "Left", "Right", "Top", "Botto
 constexpr const char* kScales[] = {"Show all", "No border", "Exact fit"};
 constexpr const char* kFlashAligns[] = {"Default", "Left",     "Right",       "Top",         "Bottom",
                                         "Top left", "Top right", "Bottom left", "Bottom right"};
-constexpr OptionSpec Choice(const char* label, NameList items) {
-    return {.kind = OptionKind::List, .label = label, .items = items};
-}
-constexpr OptionSpec Box(const char* label) { return {.kind = OptionKind::Bool, .label = label}; }
 constexpr OptionSpec Size(const char* label) {
     return {.kind = OptionKind::Integer, .label = label, .minValue = 1, .maxValue = 10000};
 }

@@ -26,18 +26,11 @@ namespace quillet::app {
 
 namespace {
 
+using namespace rows;
+
 // The show keeps colours as 0x00RRGGBB, the option form as 0x00BBGGRR.
 double SwapRedBlue(uint32_t c) { return double(((c & 0xFF) << 16) | (c & 0xFF00) | ((c >> 16) & 0xFF)); }
 
-constexpr OptionSpec Whole(const char* label, double lo, double hi, double def, const char* unit = "") {
-    return {.kind = OptionKind::Integer, .label = label, .defaultValue = def, .minValue = lo, .maxValue = hi,
-            .trailingLabel = unit};
-}
-constexpr OptionSpec Box(const char* label) { return {.kind = OptionKind::Bool, .label = label}; }
-constexpr OptionSpec Choice(const char* label, NameList items) {
-    return {.kind = OptionKind::List, .label = label, .items = items};
-}
-constexpr OptionSpec Colour(const char* label) { return {.kind = OptionKind::Color, .label = label}; }
 
 #define FIELD(type, expr) \
     {[](const SlideShow& s) { return double(s.expr); }, [](SlideShow& s, double v) { s.expr = type(v); }}

@@ -32,27 +32,17 @@ namespace quillet::app {
 
 namespace {
 
+using namespace rows;
+
 double Seconds(uint32_t ms) { return ms / 1000.0; }
 uint32_t Milliseconds(double seconds) { return uint32_t(seconds * 1000 + 0.5); }
 
-constexpr OptionSpec SecondsRow(const char* label) {
-    return {.kind = OptionKind::Real, .label = label, .defaultValue = 2, .minValue = 0, .maxValue = 3600,
-            .decimals = 2, .trailingLabel = "seconds"};
-}
-constexpr OptionSpec Whole(const char* label, double lo, double hi, double def, const char* unit = "") {
-    return {.kind = OptionKind::Integer, .label = label, .defaultValue = def, .minValue = lo, .maxValue = hi,
-            .trailingLabel = unit};
-}
-constexpr OptionSpec Box(const char* label) { return {.kind = OptionKind::Bool, .label = label}; }
-constexpr OptionSpec Choice(const char* label, NameList items) {
-    return {.kind = OptionKind::List, .label = label, .items = items};
-}
 
-constinit const OptionSpec kSlideRows[] = {SecondsRow("Duration:")};
+constinit const OptionSpec kSlideRows[] = {SecondsRow("Duration:", 3600, 2)};
 constinit const SlideBinding kSlideBind[] = {
     {[](const Slide& s) { return Seconds(s.duration); }, [](Slide& s, double v) { s.duration = Milliseconds(v); }}};
 
-constinit const OptionSpec kTransitionRows[] = {SecondsRow("Duration:")};
+constinit const OptionSpec kTransitionRows[] = {SecondsRow("Duration:", 3600, 2)};
 constinit const SlideBinding kTransitionBind[] = {
     {[](const Slide& s) { return Seconds(s.transitionIn().duration()); },
      [](Slide& s, double v) { s.transitionIn().SetDuration(Milliseconds(v)); }}};
@@ -141,7 +131,7 @@ constinit const SlideBinding kPictureBind[] = {
     {[](const Slide& s) { return double(s.image.x); }, [](Slide& s, double v) { s.image.x = int(v); }},
     {[](const Slide& s) { return double(s.image.y); }, [](Slide& s, double v) { s.image.y = int(v); }}};
 
-constinit const OptionSpec kMoveRows[] = {SecondsRow("Duration:")};
+constinit const OptionSpec kMoveRows[] = {SecondsRow("Duration:", 3600, 2)};
 
 }  // namespace
 

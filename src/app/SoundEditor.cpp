@@ -19,11 +19,8 @@ namespace quillet::app {
 
 namespace {
 
-constexpr OptionSpec Box(const char* label) { return {.kind = OptionKind::Bool, .label = label}; }
-constexpr OptionSpec Seconds(const char* label) {
-    return {.kind = OptionKind::Real, .label = label, .minValue = 0, .maxValue = 36000, .decimals = 2,
-            .trailingLabel = "seconds"};
-}
+using namespace rows;
+
 
 constinit const OptionSpec kSwitchRows[] = {Box("Play sound"), Box("Play until the next sound")};
 
@@ -60,8 +57,8 @@ OptionTable ClipRows() {
         return out;
     }();
     static const OptionSpec rows[] = {
-        Seconds("Start:"),
-        Seconds("Duration:"),
+        SecondsRow("Start:", 36000),
+        SecondsRow("Duration:", 36000),
         Box("Play the entire sound"),
         Box("Loop"),
         Box("Sync"),

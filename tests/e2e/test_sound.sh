@@ -23,11 +23,11 @@ s = open("plain.qpj").read()
 empty = '<sound_data include="false" play_until_next_sound="false">\n</sound_data>'
 parts = s.split(empty)
 assert len(parts) == 5, len(parts)
-def element(spec, loop):
-    if spec == "-":
+def element(sounds_of_slide, loop):
+    if sounds_of_slide == "-":
         return empty
     lines, goes_on = [], "false"
-    for one in spec.split("+"):
+    for one in sounds_of_slide.split("+"):
         src, rate, stereo, *how = one.split(":")
         how = how[0] if how else ""
         sync = "true" if how.startswith("sync") else "false"
@@ -36,8 +36,8 @@ def element(spec, loop):
                      f'sample_rate="{rate}" bit_rate="96" stereo="{stereo}" sync="{sync}" />\n')
     return f'<sound_data include="true" play_until_next_sound="{goes_on}">\n' + "".join(lines) + '</sound_data>'
 text = parts[0]
-for i, spec in enumerate(sounds):
-    text += element(spec, "true" if i == 3 else "false") + parts[i + 1]
+for i, sounds_of_slide in enumerate(sounds):
+    text += element(sounds_of_slide, "true" if i == 3 else "false") + parts[i + 1]
 open(out, "w").write(text)
 PY
 }
